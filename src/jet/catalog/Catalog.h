@@ -1,0 +1,102 @@
+#pragma once
+
+#include "jet/table/Table.h"
+
+#include <map>
+#include <memory>
+
+namespace jet {
+
+/// A table as it should be made.
+struct ColumnSpec {
+    std::string name;
+    ColumnType type = ColumnType::Long;
+    int size = 0; ///< Text: characters (0 = 255); Binary: bytes (0 = 255)
+    bool autoNumber = false;
+    bool required = false;
+    bool allowZeroLength = true;
+    std::string defaultValue; ///< expression as stored: -999, "abc", Date()
+    std::string description;
+    int precision = 18, scale = 0; ///< Decimal
+};
+
+struct IndexSpec {
+    std::string name;
+    struct Part {
+        std::string column;
+        bool ascending = true;
+    };
+    std::vector<Part> columns;
+    bool primary = false;
+    bool unique = false;
+    bool required = false;
+    bool ignoreNulls = false;
+};
+
+struct TableSpec {
+    std::string name;
+    std::vector<ColumnSpec> columns;
+    std::vector<IndexSpec> indexes;
+};
+
+struct TableEntry {
+    std::string name;
+    PageNumber page = 0;
+    bool system = false;
+    std::uint32_t flags = 0;
+    DateTime created, updated;
+};
+
+/// The tables of one open file: the system tables read and written.
+/// Names are compared without regard to case.
+class Catalog {
+public:
+    /// The pages of a new, empty Jet 4 file (16 pages of 4096 bytes).
+    static Bytes EmptyFile(DateTime created);
+
+    explicit Catalog(Pager& pager);
+    ~Catalog();
+
+    Pager& File() const;
+    PageAllocator& Pages();
+
+    /// All local tables, system tables too, in the order of their names.
+    std::vector<TableEntry> Tables() const;
+    bool HasTable(std::string_view name) const;
+    /// The same object for as long as somebody holds it (a change made through
+    /// one user is seen by all). Throws UnknownTable.
+    std::shared_ptr<Table> Open(std::string_view name);
+
+    /// Throws NameInUse, BadName, BadSchema.
+    void Create(const TableSpec& spec);
+    /// Throws UnknownTable, InUse (a relationship names it, or it is a system table).
+    void Drop(std::string_view table);
+    void Rename(std::string_view table, std::string_view newName);
+    /// Existing rows read null in the new column (boolean: false), except that a
+    /// required column is filled with its type's zero (text: empty) or its default.
+    void AddColumns(std::string_view table, const std::vector<ColumnSpec>& columns);
+    void DropColumn(std::string_view table, std::string_view column);
+    /// Throws Duplicate or NullNotAllowed when the rows do not allow it.
+    void CreateIndex(std::string_view table, const IndexSpec& spec);
+    void DropIndex(std::string_view table, std::string_view index);
+
+    /// A property of a column ("DefaultValue", "Required", "Description", ...),
+    /// or of the table itself when `column` is empty. Null = absent / remove.
+    Value Property(std::string_view table, std::string_view column, std::string_view name) const;
+    void SetProperty(std::string_view table, std::string_view column, std::string_view name,
+                     const Value& value);
+    std::map<std::string, Value> Properties(std::string_view table, std::string_view column) const;
+
+    /// A row of nulls with the default values of `table` filled in: what an
+    /// insert that leaves fields out starts from.
+    Row NewRow(const Table& table) const;
+
+    /// Rises with every change of the schema, roll-backs included.
+    std::uint64_t SchemaVersion() const;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
+};
+
+} // namespace jet
