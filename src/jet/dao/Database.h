@@ -10,8 +10,6 @@
 
 namespace jet {
 
-enum class Flush;
-
 /// The outcome of a whole-file examination; see Database::Check.
 struct CheckReport {
     std::vector<std::string> faults;  ///< empty = the file is sound

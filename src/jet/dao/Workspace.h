@@ -1,6 +1,7 @@
 #pragma once
 
 #include "jet/base/Error.h"
+#include "jet/base/Flush.h"
 #include "jet/dao/Database.h"
 
 #include <filesystem>

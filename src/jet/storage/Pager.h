@@ -1,5 +1,6 @@
 #pragma once
 
+#include "jet/base/Flush.h"
 #include "jet/storage/FileSystem.h"
 
 #include <cstddef>
@@ -16,9 +17,6 @@ enum class FileVersion { Jet3, Jet4 };
 
 enum class Access { ReadOnly, ReadWrite };
 enum class Sharing { Exclusive, Shared };
-
-/// Whether a commit waits until the disk has everything.
-enum class Flush { No, Yes };
 
 struct PagerOptions {
     Access access = Access::ReadWrite;

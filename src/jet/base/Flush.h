@@ -1,0 +1,8 @@
+#pragma once
+
+namespace jet {
+
+/// Whether a commit waits until the disk has everything.
+enum class Flush { No, Yes };
+
+} // namespace jet
