@@ -15,8 +15,8 @@ struct ColumnSpec {
     bool autoNumber = false;
     bool required = false;
     bool allowZeroLength = true;
-    std::string defaultValue; ///< expression as stored: -999, "abc", Date()
-    std::string description;
+    std::string defaultValue{}; ///< expression as stored: -999, "abc", Date()
+    std::string description{};
     int precision = 18, scale = 0; ///< Decimal
 };
 

@@ -17,8 +17,8 @@ struct FieldDef {
     bool autoNumber = false;
     bool required = false;
     bool allowZeroLength = true;
-    std::string defaultValue; ///< an expression: -999, "abc", Date(); empty = none
-    std::string description;
+    std::string defaultValue{}; ///< an expression: -999, "abc", Date(); empty = none
+    std::string description{};
     int precision = 18, scale = 0; ///< Decimal
     bool fixedLength = true;       ///< as stored; ignored when a field is created
 };
@@ -29,7 +29,7 @@ struct IndexDef {
         bool descending = false;
     };
     std::string name;
-    std::vector<Part> fields;
+    std::vector<Part> fields{};
     bool primary = false;
     bool unique = false;
     bool required = false;
@@ -40,8 +40,8 @@ struct IndexDef {
 /// A table as it is, or as it should be made. Plain values.
 struct TableDef {
     std::string name;
-    std::vector<FieldDef> fields;
-    std::vector<IndexDef> indexes;
+    std::vector<FieldDef> fields{};
+    std::vector<IndexDef> indexes{};
     int recordCount = 0;
 
     /// Without regard to case; nullptr when absent.

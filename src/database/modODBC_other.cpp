@@ -1,0 +1,3 @@
+#include "database/modODBC.h"
+
+void RemoveDataSource(const QString&) {}
