@@ -12,6 +12,8 @@ namespace platform {
 [[nodiscard]] bool HasCaseSensitiveFiles();
 /// Ends this process at once, without destructors.
 [[noreturn]] void EndProcess(int exitCode);
+/// Whether the system still has room for a pipe.
+[[nodiscard]] bool CanMakePipe();
 /// Lets the screen saver come (true) or keeps it away (false).
 void SetScreenSaverActive(bool active);
 /// The user's name, empty if unknown.

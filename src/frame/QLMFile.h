@@ -65,17 +65,19 @@ private:
         std::unique_ptr<QFile> file;
         int recordLength = 0;
     };
+    static constexpr int kSlots = 10;
     struct Search {
         QStringList names;
         qsizetype current = -1;
     };
 
-    [[nodiscard]] Search& Slot(int slot);
+    /// The index of a slot's search; raises for a slot that does not exist.
+    [[nodiscard]] static std::size_t SlotIndex(int slot);
     bool Start(int slot, const QStringList& names);
     bool Advance(int slot);
 
     std::map<int, OpenFile> m_files;
-    std::array<Search, 10> m_searches;
+    std::array<Search, kSlots> m_searches;
 };
 
 /// Splits a file specification.
