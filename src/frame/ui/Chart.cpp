@@ -310,8 +310,8 @@ void Chart::PrintOn(QPrinter& printer) const
     // and text, not as a picture.
     const QRect page = painter.viewport();
     const QSize shown = size().expandedTo(QSize(200, 120));
-    const double factor = qMin(page.width() / double(shown.width()),
-                               page.height() / double(shown.height()));
+    const double factor =
+        qMin(page.width() / double(shown.width()), page.height() / double(shown.height()));
     painter.scale(factor, factor);
     painter.setMode(QCPPainter::pmVectorized);
     painter.setMode(QCPPainter::pmNoCaching);

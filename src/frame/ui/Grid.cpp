@@ -17,8 +17,8 @@ constexpr int kTextColourRole = Qt::UserRole + 3;
 /// Black or white, whichever reads better on `background`.
 QColor InkOn(const QColor& background)
 {
-    const double light = 0.299 * background.redF() + 0.587 * background.greenF()
-                         + 0.114 * background.blueF();
+    const double light =
+        0.299 * background.redF() + 0.587 * background.greenF() + 0.114 * background.blueF();
     return light > 0.5 ? Qt::black : Qt::white;
 }
 
@@ -389,8 +389,8 @@ bool Grid::Paste(const QString& text, int row, int column)
                     const QString mark = value.trimmed();
                     setChecked(row, target, mark == "1" || mark == "-1");
                     emit CellEdited(row, target);
-                } else if (At(target).kind == ColumnKind::List
-                           && !List(row, target).contains(value)) {
+                } else if (At(target).kind == ColumnKind::List &&
+                           !List(row, target).contains(value)) {
                     QApplication::beep();
                     return false;
                 } else if (!Enter(row, target, value)) {
@@ -433,8 +433,8 @@ void Grid::keyPressEvent(QKeyEvent* event)
             Paste(QApplication::clipboard()->text(), currentRow(), currentColumn());
         return;
     }
-    if (event->key() == Qt::Key_Space && currentRow() >= 0
-        && At(currentColumn()).kind == ColumnKind::Check) {
+    if (event->key() == Qt::Key_Space && currentRow() >= 0 &&
+        At(currentColumn()).kind == ColumnKind::Check) {
         ToggleSelectedChecks(currentColumn());
         return;
     }

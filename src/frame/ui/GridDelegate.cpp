@@ -95,8 +95,8 @@ QWidget* GridDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         if (m_grid.Kind(index.column()) != Grid::ColumnKind::Text) {
             line->setAlignment(Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()));
             AttachNumberFilter(line, {m_grid.Kind(index.column()) == Grid::ColumnKind::Whole
-                                          ? NumberType::LongWhole
-                                          : NumberType::Double});
+                                          ? DataTypes::Long
+                                          : DataTypes::Double});
         }
         editor = line;
         break;
