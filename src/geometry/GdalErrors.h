@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cpl_error.h>
+
+#include <QString>
+
+namespace geometry {
+
+/// While one of these lives, GDAL writes nothing to standard error; what it
+/// would have said can be asked for.
+class QuietGdal {
+public:
+    QuietGdal()
+    {
+        CPLPushErrorHandler(CPLQuietErrorHandler);
+        CPLErrorReset();
+    }
+    ~QuietGdal() { CPLPopErrorHandler(); }
+    QuietGdal(const QuietGdal&) = delete;
+    QuietGdal& operator=(const QuietGdal&) = delete;
+
+    bool Failed() const { return CPLGetLastErrorType() >= CE_Failure; }
+    QString Message() const { return QString::fromUtf8(CPLGetLastErrorMsg()); }
+};
+
+} // namespace geometry
