@@ -1,6 +1,7 @@
 #pragma once
 
 #include "jet/base/Flush.h"
+#include "jet/storage/FileHeader.h"
 #include "jet/storage/FileSystem.h"
 
 #include <cstddef>
@@ -12,11 +13,6 @@
 namespace jet {
 
 using PageNumber = std::uint32_t;
-
-enum class FileVersion { Jet3, Jet4 };
-
-enum class Access { ReadOnly, ReadWrite };
-enum class Sharing { Exclusive, Shared };
 
 struct PagerOptions {
     Access access = Access::ReadWrite;
@@ -60,6 +56,11 @@ private:
     PageCacheEntry* m_entry = nullptr; // pinned, not owned
 };
 
+/// Where the rollback journal of a database stands.
+std::filesystem::path JournalPath(std::filesystem::path database);
+/// Whether other programs have this database open together (a .ldb file in use).
+bool HasSharedUsers(FileSystem& files, std::filesystem::path database);
+
 /// The pages of one database file, with transactions: a bounded cache, a
 /// rollback journal beside the file, and the lock that keeps others out.
 ///
@@ -91,6 +92,7 @@ public:
 
     virtual const std::filesystem::path& Path() const = 0;
     virtual FileVersion Version() const = 0;
+    virtual const FileHeader& Header() const = 0;
     virtual std::size_t PageSize() const = 0; ///< 2048 or 4096
     virtual PageNumber PageCount() const = 0;
     /// Opened for reading, or of a kind that can only be read (see WhyReadOnly).
@@ -98,9 +100,14 @@ public:
     /// The Dutch reason why nothing can be written, empty when it can be.
     virtual const std::string& WhyReadOnly() const = 0;
 
+    /// Memory that cached pages take now.
+    virtual std::size_t CachedBytes() const = 0;
+
     /// Throws Damaged when the page lies beyond the file.
     virtual PageView Read(PageNumber page) = 0;
-    /// Throws ReadOnly, NoTransaction, TransactionFailed, DiskFull, Io.
+    /// Throws ReadOnly, NoTransaction, TransactionFailed, Locked (shared, and others
+    /// have the file open), DiskFull, Io. Page 0 is the pager's own. An edit must not be
+    /// written to across a Begin.
     virtual PageEdit Write(PageNumber page) = 0;
     /// A new page of zeros at the end of the file. Throws FileFull before 2 GB.
     virtual PageEdit Append() = 0;
