@@ -21,8 +21,8 @@ struct DetermResultaat {
 };
 
 /// The load of all sectors for a given combination of basin level and wind.
-/// `normPeriod` (years) is what "extreme" means. An extreme level together with
-/// an extreme wind is far rarer than that.
+/// `normPeriod` (years) is what "extreme" means, not used for HANDMATIG. An extreme level together
+/// with an extreme wind is far rarer than that.
 DetermResultaat CalculateDeterministic(const LoadModel& model, const BasinLevel& levels,
                                        const WindStatistics& wind, const Instellingen& settings,
                                        double normPeriod);
