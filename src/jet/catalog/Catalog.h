@@ -42,9 +42,10 @@ struct TableSpec {
 struct TableEntry {
     std::string name;
     PageNumber page = 0;
-    bool system = false;
+    bool system = false; ///< of the engine or of Access, not the user's
     std::uint32_t flags = 0;
     DateTime created, updated;
+    RowId row; ///< in MSysObjects
 };
 
 /// The tables of one open file: the system tables read and written.
@@ -67,6 +68,8 @@ public:
     /// one user is seen by all). Throws UnknownTable.
     std::shared_ptr<Table> Open(std::string_view name);
 
+    // Changes of the schema: all of it happens or nothing, inside a transaction too.
+
     /// Throws NameInUse, BadName, BadSchema.
     void Create(const TableSpec& spec);
     /// Throws UnknownTable, InUse (a relationship names it, or it is a system table).
@@ -75,6 +78,7 @@ public:
     /// Existing rows read null in the new column (boolean: false), except that a
     /// required column is filled with its type's zero (text: empty) or its default.
     void AddColumns(std::string_view table, const std::vector<ColumnSpec>& columns);
+    /// Throws InUse while an index uses the column.
     void DropColumn(std::string_view table, std::string_view column);
     /// Throws Duplicate or NullNotAllowed when the rows do not allow it.
     void CreateIndex(std::string_view table, const IndexSpec& spec);
@@ -88,14 +92,17 @@ public:
     std::map<std::string, Value> Properties(std::string_view table, std::string_view column) const;
 
     /// A row of nulls with the default values of `table` filled in: what an
-    /// insert that leaves fields out starts from.
-    Row NewRow(const Table& table) const;
+    /// insert that leaves fields out starts from. The default of a column marked
+    /// in `given` is not evaluated (empty = none is given). Throws BadValue when
+    /// a default is an expression that only the query engine could evaluate.
+    Row NewRow(const Table& table, const std::vector<bool>& given = {});
 
     /// Rises with every change of the schema, roll-backs included.
     std::uint64_t SchemaVersion() const;
 
 private:
     struct Parts;
+    Parts& Fresh() const; ///< forgets what a roll-back may have undone
     std::unique_ptr<Parts> m_parts;
 };
 

@@ -2,6 +2,7 @@
 
 #include "jet/dao/Recordset.h"
 #include "jet/dao/TableDef.h"
+#include "jet/upkeep/CheckReport.h"
 
 #include <filesystem>
 #include <memory>
@@ -10,12 +11,7 @@
 
 namespace jet {
 
-/// The outcome of a whole-file examination; see Database::Check.
-struct CheckReport {
-    std::vector<std::string> faults;  ///< empty = the file is sound
-    std::vector<std::string> remarks; ///< harmless: stale counters, leaked pages
-    bool IsSound() const { return faults.empty(); }
-};
+class Session;
 
 /// One open database file.
 ///
@@ -24,6 +20,8 @@ struct CheckReport {
 class Database {
 public:
     ~Database(); ///< closes
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
 
     const std::filesystem::path& Name() const; ///< the file
     bool IsOpen() const;
@@ -38,7 +36,10 @@ public:
     TableDef GetTableDef(std::string_view name) const;
     void CreateTable(const TableDef& table);
     void DropTable(std::string_view name);
+    void RenameTable(std::string_view name, std::string_view newName);
     void AddField(std::string_view table, const FieldDef& field);
+    /// All in one change; see Catalog::AddColumns for what existing rows get.
+    void AddFields(std::string_view table, const std::vector<FieldDef>& fields);
     void DropField(std::string_view table, std::string_view field);
     void CreateIndex(std::string_view table, const IndexDef& index);
     void DropIndex(std::string_view table, std::string_view index);
@@ -62,12 +63,13 @@ public:
     /// throws for what it finds in the file.
     CheckReport Check();
 
-    struct Parts;
-    explicit Database(std::shared_ptr<Parts> parts); ///< made by Workspace
-    Parts& Internals() const { return *m_parts; }
+    explicit Database(std::shared_ptr<Session> session); ///< made by Workspace
+    /// The file as the engine's own parts share it.
+    const std::shared_ptr<Session>& FileSession() const { return m_session; }
 
 private:
-    std::shared_ptr<Parts> m_parts;
+    std::shared_ptr<Session> m_session;
+    int m_recordsAffected = 0;
 };
 
 } // namespace jet

@@ -2,6 +2,7 @@
 
 #include "jet/base/Error.h"
 #include "jet/base/Flush.h"
+#include "jet/catalog/OpenOptions.h"
 #include "jet/dao/Database.h"
 
 #include <filesystem>
@@ -9,13 +10,7 @@
 
 namespace jet {
 
-struct OpenOptions {
-    bool exclusive = true;
-    bool readOnly = false;
-    /// Open for reading when the file cannot be written (Jet 3, another text
-    /// order, no permission) instead of refusing.
-    bool fallBackToReadOnly = false;
-};
+class SessionGroup;
 
 /// Opens databases and holds the transactions over all of them. One thread.
 ///
@@ -45,10 +40,8 @@ public:
     void Rollback();
     int TransactionDepth() const;
 
-    struct Parts;
-
 private:
-    std::shared_ptr<Parts> m_parts;
+    std::shared_ptr<SessionGroup> m_group;
 };
 
 /// Rewrites `path` without lost space. The original is replaced only when the

@@ -1,0 +1,521 @@
+#include "jet/dao/TableRecordset.h"
+
+#include "jet/base/Text.h"
+#include "jet/dao/Definitions.h"
+
+#include <algorithm>
+
+namespace jet {
+
+namespace {
+
+std::string Quote(std::string_view name)
+{
+    return '"' + std::string(name) + '"';
+}
+
+} // namespace
+
+TableRecordset::TableRecordset(std::shared_ptr<Session> session, std::string_view table,
+                               RecordsetOptions options)
+    : m_session(std::move(session)),
+      m_table(m_session->Tables().Open(table)),
+      m_name(m_table->Name()),
+      m_options(options),
+      m_fields(FieldsFrom(m_table->Definition()))
+{
+    Requery();
+    m_session->Enter(*this);
+}
+
+TableRecordset::~TableRecordset()
+{
+    Close();
+}
+
+void TableRecordset::Close()
+{
+    m_session->Leave(*this);
+    FileCloses();
+}
+
+void TableRecordset::FileCloses() noexcept
+{
+    m_walk.reset();
+    m_table.reset();
+    m_editing = Editing::No;
+}
+
+bool TableRecordset::Uses(std::string_view table) const
+{
+    return NamesEqual(m_name, table);
+}
+
+Table& TableRecordset::Rows() const
+{
+    if (!m_table)
+        throw Error(ErrorKind::Closed,
+                    "De recordset op de tabel " + Quote(m_name) + " of zijn database is gesloten.");
+    return *m_table;
+}
+
+void TableRecordset::RequireRow() const
+{
+    Rows();
+    if (m_place != Place::OnRow || m_deleted)
+        throw Error(ErrorKind::NoCurrentRow,
+                    "Er is geen huidige rij in de tabel " + Quote(m_name) + '.');
+}
+
+void TableRecordset::RequireField(int field) const
+{
+    if (field < 0 || field >= static_cast<int>(m_fields.size()))
+        throw Error(ErrorKind::UnknownField, "De tabel " + Quote(m_name) +
+                                                 " heeft geen veld nummer " +
+                                                 std::to_string(field) + '.');
+}
+
+const std::string& TableRecordset::Name() const
+{
+    Rows();
+    return m_name;
+}
+
+bool TableRecordset::Updatable() const
+{
+    return !m_options.readOnly && !Rows().File().IsReadOnly();
+}
+
+void TableRecordset::RequireUpdatable() const
+{
+    if (!Updatable())
+        throw Error(ErrorKind::ReadOnly,
+                    "De recordset op de tabel " + Quote(m_name) + " is alleen om te lezen.");
+}
+
+bool TableRecordset::BOF() const
+{
+    Rows();
+    return m_place == Place::Before || m_place == Place::Empty;
+}
+
+bool TableRecordset::EndOfFile() const
+{
+    Rows();
+    return m_place == Place::After || m_place == Place::Empty;
+}
+
+void TableRecordset::Leave(Place place)
+{
+    m_walk.reset();
+    m_place = place;
+    m_deleted = false;
+    m_editing = Editing::No;
+}
+
+void TableRecordset::StandOn(RowId row)
+{
+    m_row = row;
+    m_place = Place::OnRow;
+    m_deleted = false;
+    m_editing = Editing::No;
+    m_rowChanges = m_table->File().ChangeCount();
+}
+
+int TableRecordset::Physical() const
+{
+    return m_table->Definition().logicalIndexes[m_index].physical;
+}
+
+Row TableRecordset::CurrentKey() const
+{
+    Row key;
+    for (const IndexColumn& part : m_table->Definition().physicalIndexes[Physical()].columns)
+        key.push_back(m_table->Get(m_row, part.column));
+    return key;
+}
+
+void TableRecordset::ListRows()
+{
+    const std::uint64_t changes = m_table->File().ChangeCount();
+    if (!m_list.empty() && m_listChanges == changes)
+        return;
+    m_list.clear();
+    for (TableScan scan(*m_table); scan.Next();)
+        m_list.push_back(scan.Id());
+    m_listChanges = changes;
+}
+
+void TableRecordset::StartFromEnd(bool backwards)
+{
+    m_walk = std::make_unique<Walk>();
+    m_walk->backwards = backwards;
+    if (m_index >= 0) {
+        m_walk->stages.emplace_back(*m_table, Physical(), IndexRange{}, backwards);
+    } else if (!backwards) {
+        m_walk->pages.emplace(*m_table);
+    } else {
+        ListRows();
+        m_walk->listPlace = m_list.size();
+    }
+}
+
+void TableRecordset::StartFromRow(bool backwards)
+{
+    Walk walk;
+    walk.backwards = backwards;
+    if (m_index >= 0) {
+        const Row key = m_deleted ? m_deletedKey : CurrentKey();
+        IndexRange beyond;
+        (backwards ? beyond.upper : beyond.lower) = key;
+        (backwards ? beyond.upperInclusive : beyond.lowerInclusive) = false;
+        walk.stages.emplace_back(*m_table, Physical(), IndexRange::Equal(key), backwards);
+        walk.stages.emplace_back(*m_table, Physical(), beyond, backwards);
+        walk.behind = m_row;
+    } else {
+        ListRows();
+        const auto at = backwards ? std::ranges::lower_bound(m_list, m_row)
+                                  : std::ranges::upper_bound(m_list, m_row);
+        walk.listPlace = static_cast<std::size_t>(at - m_list.begin()) + (backwards ? 0 : 1);
+    }
+    m_walk = std::make_unique<Walk>(std::move(walk));
+}
+
+std::optional<RowId> TableRecordset::NextOfWalk()
+{
+    Walk& walk = *m_walk;
+    if (walk.pages)
+        return walk.pages->Next() ? std::optional(walk.pages->Id()) : std::nullopt;
+    if (m_index >= 0) {
+        while (!walk.stages.empty()) {
+            if (walk.stages.front().Next()) {
+                const RowId row = walk.stages.front().Id();
+                const bool passed =
+                    walk.behind && (walk.backwards ? row >= *walk.behind : row <= *walk.behind);
+                if (!passed)
+                    return row;
+            } else {
+                walk.stages.erase(walk.stages.begin());
+                walk.behind.reset();
+            }
+        }
+        return std::nullopt;
+    }
+    while (walk.listPlace >= 1 && walk.listPlace <= m_list.size()) {
+        const RowId row = m_list[walk.listPlace - 1];
+        walk.listPlace += walk.backwards ? -1 : 1;
+        if (m_table->Exists(row))
+            return row;
+    }
+    return std::nullopt;
+}
+
+bool TableRecordset::Step(bool backwards)
+{
+    if (!m_walk || m_walk->backwards != backwards) {
+        if (m_place == Place::OnRow)
+            StartFromRow(backwards);
+        else
+            StartFromEnd(backwards);
+    }
+    if (const auto row = NextOfWalk()) {
+        StandOn(*row);
+        return true;
+    }
+    Leave(backwards ? Place::Before : Place::After);
+    return false;
+}
+
+void TableRecordset::MoveFirst()
+{
+    Rows();
+    Leave(Place::Before);
+    if (!Step(false)) {
+        m_place = Place::Empty;
+        RequireRow();
+    }
+}
+
+void TableRecordset::MoveLast()
+{
+    Rows();
+    Leave(Place::After);
+    if (!Step(true)) {
+        m_place = Place::Empty;
+        RequireRow();
+    }
+}
+
+void TableRecordset::MoveNext()
+{
+    Rows();
+    if (m_place != Place::OnRow && m_place != Place::Before)
+        RequireRow();
+    Step(false);
+}
+
+void TableRecordset::MovePrevious()
+{
+    Rows();
+    if (m_place != Place::OnRow && m_place != Place::After)
+        RequireRow();
+    Step(true);
+}
+
+void TableRecordset::Move(int rows)
+{
+    for (; rows > 0 && !EndOfFile(); --rows)
+        MoveNext();
+    for (; rows < 0 && !BOF(); ++rows)
+        MovePrevious();
+}
+
+int TableRecordset::RecordCount() const
+{
+    return static_cast<int>(Rows().RowCount());
+}
+
+int TableRecordset::AbsolutePosition() const
+{
+    throw Error(ErrorKind::NotSupported,
+                "Een recordset van het type tabel kent geen rijnummer (AbsolutePosition).");
+}
+
+void TableRecordset::SetAbsolutePosition(int)
+{
+    AbsolutePosition();
+}
+
+const std::vector<FieldDef>& TableRecordset::Fields() const
+{
+    Rows();
+    return m_fields;
+}
+
+int TableRecordset::FieldIndex(std::string_view name) const
+{
+    Rows();
+    for (std::size_t i = 0; i < m_fields.size(); ++i)
+        if (NamesEqual(m_fields[i].name, name))
+            return static_cast<int>(i);
+    throw Error(ErrorKind::UnknownField,
+                "De tabel " + Quote(m_name) + " heeft geen veld " + Quote(name) + '.');
+}
+
+Value TableRecordset::Get(int field) const
+{
+    Rows();
+    RequireField(field);
+    if (m_editing != Editing::No)
+        return m_buffer[static_cast<std::size_t>(field)];
+    RequireRow();
+    if (m_walk && m_walk->pages && m_rowChanges == m_table->File().ChangeCount())
+        return m_walk->pages->Get(field);
+    return m_table->Get(m_row, field);
+}
+
+void TableRecordset::Edit()
+{
+    RequireUpdatable();
+    RequireRow();
+    m_buffer = m_table->GetRow(m_row);
+    m_changed.assign(m_fields.size(), false);
+    m_editing = Editing::Change;
+}
+
+void TableRecordset::AddNew()
+{
+    RequireUpdatable();
+    m_buffer = m_session->Tables().NewRow(*m_table);
+    m_changed.assign(m_fields.size(), false);
+    // The number can be read at once, as users of this face expect.
+    for (std::size_t i = 0; i < m_fields.size(); ++i)
+        if (m_fields[i].autoNumber && m_fields[i].type == ColumnType::Long)
+            m_buffer[i] = static_cast<std::int32_t>(m_table->Definition().lastAutoNumber + 1);
+    m_editing = Editing::New;
+}
+
+Value TableRecordset::Converted(int field, const Value& value) const
+{
+    const FieldDef& def = m_fields[static_cast<std::size_t>(field)];
+    try {
+        return value.ConvertedTo(def.type);
+    } catch (const Error& error) {
+        throw Error(error.Kind(), "De waarde past niet in het veld " + Quote(def.name) +
+                                      " van de tabel " + Quote(m_name) + ": " + error.what());
+    }
+}
+
+void TableRecordset::Set(int field, const Value& value)
+{
+    Rows();
+    RequireField(field);
+    if (m_editing == Editing::No)
+        throw Error(ErrorKind::NoEdit, "Het veld " +
+                                           Quote(m_fields[static_cast<std::size_t>(field)].name) +
+                                           " kan alleen na Edit of AddNew een waarde krijgen.");
+    m_buffer[static_cast<std::size_t>(field)] = Converted(field, value);
+    m_changed[static_cast<std::size_t>(field)] = true;
+}
+
+void TableRecordset::Update()
+{
+    Table& table = Rows();
+    if (m_editing == Editing::No)
+        throw Error(ErrorKind::NoEdit,
+                    "Er is geen rij in bewerking in de tabel " + Quote(m_name) + '.');
+    if (m_editing == Editing::New) {
+        Row row = m_buffer;
+        // A number read beforehand may have been handed out to another row since.
+        for (std::size_t i = 0; i < row.size(); ++i)
+            if (m_fields[i].autoNumber && !m_changed[i])
+                row[i] = {};
+        m_lastModified = table.Insert(row);
+    } else {
+        RequireRow();
+        std::vector<Table::Change> changes;
+        for (std::size_t i = 0; i < m_buffer.size(); ++i)
+            if (m_changed[i])
+                changes.push_back({static_cast<int>(i), m_buffer[i]});
+        table.Update(m_row, changes);
+        m_lastModified = m_row;
+    }
+    m_editing = Editing::No;
+}
+
+void TableRecordset::CancelUpdate()
+{
+    Rows();
+    m_editing = Editing::No;
+}
+
+void TableRecordset::Delete()
+{
+    RequireUpdatable();
+    RequireRow();
+    m_editing = Editing::No;
+    if (m_index >= 0)
+        m_deletedKey = CurrentKey();
+    m_table->Delete(m_row);
+    m_deleted = true;
+}
+
+void TableRecordset::MoveToLastModified()
+{
+    Rows();
+    if (!m_lastModified || !m_table->Exists(*m_lastModified)) {
+        Leave(Place::Nowhere);
+        RequireRow();
+    }
+    Leave(Place::Nowhere);
+    StandOn(*m_lastModified);
+}
+
+void TableRecordset::SetIndex(std::string_view index)
+{
+    Table& table = Rows();
+    int chosen = -1;
+    if (!index.empty()) {
+        chosen = table.Definition().FindIndex(index);
+        if (chosen < 0)
+            throw Error(ErrorKind::UnknownIndex,
+                        "De tabel " + Quote(m_name) + " heeft geen index " + Quote(index) + '.');
+    }
+    m_index = chosen;
+    Leave(Place::Before);
+    if (!Step(false))
+        m_place = Place::Empty;
+}
+
+Row TableRecordset::SeekKey(const std::vector<Value>& key) const
+{
+    const auto& parts = m_table->Definition().physicalIndexes[Physical()].columns;
+    if (key.empty() || key.size() > parts.size())
+        throw Error(ErrorKind::BadValue,
+                    "De index " + Quote(m_table->Definition().logicalIndexes[m_index].name) +
+                        " van de tabel " + Quote(m_name) + " vraagt 1 tot en met " +
+                        std::to_string(parts.size()) + " waarden.");
+    Row row;
+    for (std::size_t i = 0; i < key.size(); ++i)
+        row.push_back(Converted(parts[i].column, key[i]));
+    return row;
+}
+
+void TableRecordset::Seek(std::string_view comparison, const std::vector<Value>& key)
+{
+    Table& table = Rows();
+    if (m_index < 0)
+        throw Error(ErrorKind::NotSupported, "Zoeken met Seek in de tabel " + Quote(m_name) +
+                                                 " kan pas als er een index is gekozen.");
+    const Row bound = SeekKey(key);
+    IndexRange range;
+    bool backwards = false;
+    if (comparison == "=") {
+        range = IndexRange::Equal(bound);
+    } else if (comparison == ">=" || comparison == ">") {
+        range.lower = bound;
+        range.lowerInclusive = comparison == ">=";
+    } else if (comparison == "<=" || comparison == "<") {
+        range.upper = bound;
+        range.upperInclusive = comparison == "<=";
+        backwards = true;
+    } else {
+        throw Error(ErrorKind::BadValue,
+                    "Seek kent de vergelijking " + Quote(comparison) + " niet.");
+    }
+
+    Leave(Place::Nowhere);
+    IndexScan scan(table, Physical(), range, backwards);
+    m_noMatch = !scan.Next();
+    if (m_noMatch)
+        return;
+    StandOn(scan.Id());
+    if (comparison != "=") { // an open end: the walk can go on from here
+        m_walk = std::make_unique<Walk>();
+        m_walk->backwards = backwards;
+        m_walk->stages.push_back(std::move(scan));
+    }
+}
+
+void TableRecordset::FindFirst(std::string_view)
+{
+    throw Error(ErrorKind::NotSupported,
+                "FindFirst kan niet in een recordset van het type tabel: gebruik Seek.");
+}
+
+void TableRecordset::FindNext(std::string_view)
+{
+    throw Error(ErrorKind::NotSupported,
+                "FindNext kan niet in een recordset van het type tabel: gebruik Seek.");
+}
+
+bool TableRecordset::NoMatch() const
+{
+    Rows();
+    return m_noMatch;
+}
+
+void TableRecordset::SetSort(std::string_view)
+{
+    throw Error(ErrorKind::NotSupported,
+                "Sort kan niet in een recordset van het type tabel: kies een index.");
+}
+
+std::unique_ptr<Recordset> TableRecordset::Reopen()
+{
+    Rows();
+    auto again = std::make_unique<TableRecordset>(m_session, m_name, m_options);
+    if (m_index >= 0)
+        again->SetIndex(m_table->Definition().logicalIndexes[m_index].name);
+    return again;
+}
+
+void TableRecordset::Requery()
+{
+    Rows();
+    Leave(Place::Before);
+    if (!Step(false))
+        m_place = Place::Empty;
+}
+
+} // namespace jet

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "jet/catalog/Session.h"
+#include "jet/dao/Recordset.h"
+
+#include <optional>
+
+namespace jet {
+
+/// The recordset of kind Table: all rows of one table, in the order of an index
+/// or, without one, of the table's pages.
+class TableRecordset : public Recordset, private SessionUser {
+public:
+    TableRecordset(std::shared_ptr<Session> session, std::string_view table,
+                   RecordsetOptions options);
+    ~TableRecordset() override;
+
+    const std::string& Name() const override;
+    RecordsetType Type() const override { return RecordsetType::Table; }
+    bool IsOpen() const override { return m_table != nullptr; }
+    void Close() override;
+    bool Updatable() const override;
+
+    bool BOF() const override;
+    bool EndOfFile() const override;
+    void MoveFirst() override;
+    void MoveLast() override;
+    void MoveNext() override;
+    void MovePrevious() override;
+    void Move(int rows) override;
+    int RecordCount() const override;
+    int AbsolutePosition() const override;
+    void SetAbsolutePosition(int position) override;
+
+    const std::vector<FieldDef>& Fields() const override;
+    int FieldIndex(std::string_view name) const override;
+    using Recordset::Get;
+    using Recordset::Set;
+    Value Get(int field) const override;
+
+    void Edit() override;
+    void AddNew() override;
+    void Set(int field, const Value& value) override;
+    void Update() override;
+    void CancelUpdate() override;
+    void Delete() override;
+    void MoveToLastModified() override;
+
+    void SetIndex(std::string_view index) override;
+    void Seek(std::string_view comparison, const std::vector<Value>& key) override;
+    void FindFirst(std::string_view criterion) override;
+    void FindNext(std::string_view criterion) override;
+    bool NoMatch() const override;
+
+    void SetSort(std::string_view fields) override;
+    std::unique_ptr<Recordset> Reopen() override;
+    void Requery() override;
+
+private:
+    enum class Place { Before, OnRow, After, Empty, Nowhere };
+    enum class Editing { No, Change, New };
+
+    /// The way from the current row onwards, kept so that the next step need not
+    /// search. In index order: the rest of the keys equal to the current one,
+    /// then the keys behind it. In page order: a scan, or places in a list.
+    struct Walk {
+        bool backwards = false;
+        std::vector<IndexScan> stages;  ///< the first is walked, then the next
+        std::optional<RowId> behind;    ///< the first stage gives only rows behind this one
+        std::optional<TableScan> pages; ///< forwards from the first row
+        std::size_t listPlace = 0;      ///< without stages and scan: next in m_list, from 1
+    };
+
+    void FileCloses() noexcept override;
+    bool Uses(std::string_view table) const override;
+
+    Table& Rows() const; ///< throws Closed
+    void RequireRow() const;
+    void RequireField(int field) const;
+    void RequireUpdatable() const;
+    void Leave(Place place);
+    void StandOn(RowId row);
+    void StartFromEnd(bool backwards);
+    void StartFromRow(bool backwards);
+    void ListRows();
+    std::optional<RowId> NextOfWalk();
+    bool Step(bool backwards); ///< false = moved off the rows
+    int Physical() const;
+    Row CurrentKey() const;
+    Row SeekKey(const std::vector<Value>& key) const;
+    Value Converted(int field, const Value& value) const;
+
+    std::shared_ptr<Session> m_session;
+    std::shared_ptr<Table> m_table;
+    std::string m_name;
+    RecordsetOptions m_options;
+    std::vector<FieldDef> m_fields;
+    int m_index = -1; ///< position in logicalIndexes, -1 = page order
+    bool m_noMatch = false;
+
+    Place m_place = Place::Before;
+    RowId m_row;
+    bool m_deleted = false; ///< the current row, by this recordset
+    Row m_deletedKey;       ///< its key in the current index
+    std::optional<RowId> m_lastModified;
+
+    std::unique_ptr<Walk> m_walk;
+    std::uint64_t m_rowChanges = 0; ///< state of the file when the walk came to m_row
+    std::vector<RowId> m_list;      ///< all rows in page order, see ListRows
+    std::uint64_t m_listChanges = 0;
+
+    Editing m_editing = Editing::No;
+    Row m_buffer;
+    std::vector<bool> m_changed;
+};
+
+} // namespace jet

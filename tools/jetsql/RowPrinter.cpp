@@ -1,0 +1,53 @@
+#include "RowPrinter.h"
+
+#include "Csv.h"
+
+#include <ostream>
+
+namespace jetsql {
+
+namespace {
+
+constexpr std::size_t kBlock = 1u << 16; // written at once
+
+} // namespace
+
+void PrintRows(jet::Recordset& rows, RowFormat format, std::ostream& out)
+{
+    std::vector<std::string> keys; // what stands before each value
+    std::string block;
+    for (const jet::FieldDef& field : rows.Fields()) {
+        std::string key = keys.empty() ? "" : ",";
+        if (format == RowFormat::Json) {
+            if (keys.empty())
+                key = "{";
+            AppendJsonText(key, field.name);
+            key += ':';
+        } else {
+            block += key;
+            AppendCsv(block, field.name);
+        }
+        keys.push_back(std::move(key));
+    }
+    if (format == RowFormat::Csv)
+        block += '\n';
+
+    const char* end = format == RowFormat::Json ? "}\n" : "\n";
+    for (; !rows.EndOfFile(); rows.MoveNext()) {
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            block += keys[i];
+            if (format == RowFormat::Json)
+                AppendJson(block, rows.Get(static_cast<int>(i)));
+            else
+                AppendCsv(block, rows.Get(static_cast<int>(i)));
+        }
+        block += end;
+        if (block.size() >= kBlock) {
+            out.write(block.data(), static_cast<std::streamsize>(block.size()));
+            block.clear();
+        }
+    }
+    out.write(block.data(), static_cast<std::streamsize>(block.size()));
+}
+
+} // namespace jetsql
