@@ -9,4 +9,27 @@ function(add_to_installed_folder target)
     LIBRARY_OUTPUT_DIRECTORY ${ZANDVOET_FOLDER})
 endfunction()
 
+# What an installation carries besides programs: data/ and Legenda/ of the source
+# tree, each file copied when it changed. The program's own ini stands beside
+# the program; what a user has set in it is lost when the source file changes.
+function(add_installed_data)
+  file(GLOB_RECURSE files CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
+    ${PROJECT_SOURCE_DIR}/data/* ${PROJECT_SOURCE_DIR}/Legenda/*)
+  foreach(file IN LISTS files)
+    set(target ${file})
+    if(file STREQUAL data/Zandvoet.ini)
+      set(target Zandvoet.ini)
+    endif()
+    add_custom_command(
+      OUTPUT ${ZANDVOET_FOLDER}/${target}
+      COMMAND ${CMAKE_COMMAND} -E copy ${PROJECT_SOURCE_DIR}/${file} ${ZANDVOET_FOLDER}/${target}
+      DEPENDS ${PROJECT_SOURCE_DIR}/${file}
+      VERBATIM)
+    list(APPEND copies ${ZANDVOET_FOLDER}/${target})
+  endforeach()
+  file(MAKE_DIRECTORY ${ZANDVOET_FOLDER}/data/databases ${ZANDVOET_FOLDER}/Legenda)
+  add_custom_target(installed_data ALL DEPENDS ${copies})
+endfunction()
+add_installed_data()
+
 install(DIRECTORY ${ZANDVOET_FOLDER} DESTINATION . USE_SOURCE_PERMISSIONS)

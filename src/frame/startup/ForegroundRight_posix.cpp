@@ -1,0 +1,3 @@
+#include "frame/startup/ForegroundRight.h"
+
+void GiveForegroundRight() {}

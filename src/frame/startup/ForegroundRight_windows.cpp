@@ -1,0 +1,8 @@
+#include "frame/startup/ForegroundRight.h"
+
+#include <windows.h>
+
+void GiveForegroundRight()
+{
+    AllowSetForegroundWindow(ASFW_ANY);
+}

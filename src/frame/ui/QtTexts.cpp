@@ -1,0 +1,108 @@
+#include "frame/ui/QtTexts.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+namespace {
+
+const QHash<QString, QString>& Dutch()
+{
+    static const QHash<QString, QString> texts{
+        // text boxes
+        {"&Undo", "&Ongedaan maken"},
+        {"&Redo", "Op&nieuw"},
+        {"Cu&t", "K&nippen"},
+        {"&Copy", "&Kopiëren"},
+        {"&Paste", "&Plakken"},
+        {"Delete", "Verwijderen"},
+        {"Select All", "Alles selecteren"},
+        {"Copy &Link Location", "Koppeling &kopiëren"},
+        // buttons
+        {"OK", "OK"},
+        {"&OK", "&OK"},
+        {"Cancel", "Annuleren"},
+        {"&Cancel", "&Annuleren"},
+        {"Close", "Sluiten"},
+        {"&Close", "S&luiten"},
+        {"&Yes", "&Ja"},
+        {"&No", "&Nee"},
+        {"Apply", "Toepassen"},
+        {"Help", "Help"},
+        {"Open", "Openen"},
+        {"&Open", "&Openen"},
+        {"Save", "Opslaan"},
+        {"&Save", "O&pslaan"},
+        {"Save As", "Opslaan als"},
+        {"&Choose", "&Kiezen"},
+        {"&Print", "&Afdrukken"},
+        {"Print", "Afdrukken"},
+        // dialogs for files
+        {"Look in:", "Zoeken in:"},
+        {"Directory:", "Map:"},
+        {"Folder", "Map"},
+        {"File", "Bestand"},
+        {"Drive", "Station"},
+        {"File &name:", "Bestands&naam:"},
+        {"Files of type:", "Bestandstype:"},
+        {"Save as type:", "Opslaan als type:"},
+        {"Back", "Terug"},
+        {"Forward", "Vooruit"},
+        {"Parent Directory", "Bovenliggende map"},
+        {"Go back", "Terug"},
+        {"Go forward", "Vooruit"},
+        {"Go to the parent directory", "Naar de bovenliggende map"},
+        {"Create New Folder", "Nieuwe map maken"},
+        {"Create a New Folder", "Een nieuwe map maken"},
+        {"&New Folder", "&Nieuwe map"},
+        {"New Folder", "Nieuwe map"},
+        {"List View", "Lijst"},
+        {"Detail View", "Details"},
+        {"Change to list view mode", "Als lijst tonen"},
+        {"Change to detail view mode", "Met details tonen"},
+        {"Sidebar", "Zijbalk"},
+        {"All Files (*)", "Alle bestanden (*)"},
+        {"Name", "Naam"},
+        {"Size", "Grootte"},
+        {"Type", "Type"},
+        {"Kind", "Soort"},
+        {"Date Modified", "Gewijzigd op"},
+        {"My Computer", "Deze computer"},
+        {"Computer", "Computer"},
+        {"Recent Places", "Recente plaatsen"},
+        {"&Rename", "&Naam wijzigen"},
+        {"&Delete", "&Verwijderen"},
+        {"Show &hidden files", "&Verborgen bestanden tonen"},
+        {"Remove", "Verwijderen"},
+        {"%1 already exists.\nDo you want to replace it?",
+         "%1 bestaat al.\nWilt u het bestand vervangen?"},
+        {"%1\nFile not found.\nPlease verify the correct file name was given.",
+         "%1\nHet bestand is niet gevonden.\nControleer de bestandsnaam."},
+        {"%1\nDirectory not found.\nPlease verify the correct directory name was given.",
+         "%1\nDe map is niet gevonden.\nControleer de naam van de map."},
+    };
+    return texts;
+}
+
+class DutchTexts : public QTranslator {
+public:
+    using QTranslator::QTranslator;
+
+    QString translate(const char*, const char* source, const char*, int) const override
+    {
+        return Dutch().value(QString::fromUtf8(source));
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+void InstallQtTexts()
+{
+    QCoreApplication::installTranslator(new DutchTexts(qApp));
+    auto* full = new QTranslator(qApp); // asked first: the last one installed
+    if (full->load("qtbase_nl", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(full);
+}

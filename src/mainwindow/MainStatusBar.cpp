@@ -1,0 +1,51 @@
+#include "mainwindow/MainStatusBar.h"
+
+#include <QLabel>
+#include <QProgressBar>
+
+MainStatusBar::MainStatusBar(QStatusBar& bar)
+    : m_text(new QLabel(&bar)), m_coordinates(new QLabel(&bar)), m_progress(new QProgressBar(&bar))
+{
+    m_text->setTextFormat(Qt::PlainText);
+    // A long text must not widen the window.
+    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_progress->setMaximumWidth(180);
+    m_progress->setTextVisible(false);
+    bar.addWidget(m_text, 1);
+    bar.addPermanentWidget(m_progress);
+    bar.addPermanentWidget(m_coordinates);
+    m_progress->hide();
+}
+
+void MainStatusBar::ShowCoordinates(const QString& text)
+{
+    m_coordinates->setText(text);
+}
+
+void MainStatusBar::ShowProgress(int maximum)
+{
+    m_progress->setRange(0, maximum);
+    m_progress->setValue(0);
+    m_progress->show();
+}
+
+void MainStatusBar::SetProgress(int value)
+{
+    m_progress->setValue(value);
+}
+
+void MainStatusBar::HideProgress()
+{
+    m_progress->hide();
+}
+
+QString MainStatusBar::StatusText() const
+{
+    return m_text->text();
+}
+
+void MainStatusBar::ShowStatusText(const QString& text)
+{
+    m_text->setText(text);
+    m_text->repaint(); // long work follows, without the message loop
+}

@@ -1,0 +1,570 @@
+#include "mainwindow/frmMain.h"
+
+#include "frame/Convert.h"
+#include "frame/Fouten.h"
+#include "frame/Globals.h"
+#include "frame/Paths.h"
+#include "frame/ProcessRunner.h"
+#include "frame/Texts.h"
+#include "frame/ui/FormUnits.h"
+#include "frame/ui/IniDialog.h"
+#include "frame/ui/MessageBoxes.h"
+#include "frame/ui/TranslateForm.h"
+#include "frame/ui/WindowPosition.h"
+#include "mainwindow/Commands.h"
+#include "mainwindow/MainStatusBar.h"
+#include "mainwindow/Panes.h"
+#include "ui_frmMain.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <stdexcept>
+
+namespace {
+
+// The smallest window, in twips.
+constexpr int kMinimumWidth = 11000;
+constexpr int kMinimumHeight = 8000;
+
+constexpr int kToolbarVisible = 1; // the toolbar's state, as it is stored
+
+void FillPane(QFrame* container, QWidget* pane)
+{
+    auto* layout = container->layout() ? container->layout() : new QVBoxLayout(container);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(pane);
+}
+
+} // namespace
+
+frmMain::frmMain(QWidget* parent)
+    : QMainWindow(parent), m_ui(std::make_unique<Ui::frmMain>()), m_tools(new QActionGroup(this))
+{
+    m_ui->setupUi(this);
+    m_statusBar = std::make_unique<MainStatusBar>(*m_ui->statusbar);
+    setWindowIcon(ProgramIcon());
+    setMinimumSize((kMinimumWidth + kTwipsPerPixel - 1) / kTwipsPerPixel,
+                   (kMinimumHeight + kTwipsPerPixel - 1) / kTwipsPerPixel);
+    BuildMenus();
+    BuildToolbar();
+    BuildPanes();
+    SetOwnCommands();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::BuildMenus()
+{
+    // Part of the entry behind it: both go with the locations.
+    QAction* separator = m_ui->mnuBewerken->insertSeparator(m_ui->mnuBewerkenAddLocatie);
+    separator->setObjectName("mnuBewerkenSep2");
+
+    for (QMenu* menu : m_ui->menubar->findChildren<QMenu*>()) {
+        for (QAction* action : menu->actions()) {
+            const QString name = action->objectName();
+            if (name.isEmpty() || action->isSeparator())
+                continue;
+            m_menuOf.insert(name, menu->objectName());
+            m_entries.insert(name, Entry());
+            // Above all panes: a pane's own use of the key does not hide the command.
+            action->setShortcutContext(Qt::WindowShortcut);
+            connect(action, &QAction::triggered, this, [this, name] { RunCommand(name); });
+        }
+    }
+}
+
+void frmMain::BuildToolbar()
+{
+    QFont font("MS Sans Serif", 8);
+    font.setBold(true);
+    m_ui->tlbTopo->setFont(font);
+    m_ui->tlbTopo->setIconSize(QSize(24, 24));
+    for (int index = 0; index < ToolbarButtons().size(); ++index) {
+        auto* action = new QAction(m_ui->tlbTopo);
+        const ToolbarButton& button = ToolbarButtons()[index];
+        if (button.mapTool) {
+            action->setCheckable(true);
+            m_tools->addAction(action);
+        } else if (button.command == 13) {
+            action->setCheckable(true);
+        }
+        m_ui->tlbTopo->addAction(action);
+        if (index == 4 || index == 6)
+            m_ui->tlbTopo->addSeparator();
+        connect(action, &QAction::triggered, this,
+                [this, index] { RunHandler([this, index] { ToolbarsClick(index); }); });
+        m_buttons.append(action);
+    }
+    m_buttons[0]->setChecked(true);
+    PaintIcons();
+}
+
+void frmMain::BuildPanes()
+{
+    setCentralWidget(m_ui->splRows);
+    for (QSplitter* splitter : {m_ui->splRows, m_ui->splUpper})
+        connect(splitter, &QSplitter::splitterMoved, this, &frmMain::StorePaneSizes);
+    for (QWidget* pane : {m_ui->pneMap, m_ui->pneTree, m_ui->pneLog})
+        pane->setMinimumSize(60, 40);
+    m_ui->mnuViewTopo->setChecked(true);
+    m_ui->mnuViewPunten->setChecked(true);
+    m_ui->mnuViewLog->setChecked(true);
+    m_ui->mnuViewToolbarsTopo->setChecked(true);
+}
+
+void frmMain::PaintIcons()
+{
+    for (int index = 0; index < m_buttons.size(); ++index)
+        m_buttons[index]->setIcon(CommandIcon(ToolbarButtons()[index].command, palette()));
+}
+
+void frmMain::setMapPane(QWidget* pane, MapPane* map)
+{
+    FillPane(m_ui->pneMap, pane);
+    m_map = map;
+}
+
+void frmMain::setTreePane(QWidget* pane, BrowserPane* browser)
+{
+    FillPane(m_ui->pneTree, pane);
+    m_browser = browser;
+}
+
+void frmMain::setLogPane(QWidget* pane)
+{
+    FillPane(m_ui->pneLog, pane);
+}
+
+QAction* frmMain::MenuAction(const QString& menu) const
+{
+    auto* action = findChild<QAction*>(menu);
+    if (!action || !m_entries.contains(menu))
+        throw std::invalid_argument("no menu entry " + menu.toStdString());
+    return action;
+}
+
+void frmMain::setCommand(const QString& menu, std::function<void()> handler)
+{
+    MenuAction(menu);
+    m_entries[menu].handler = std::move(handler);
+    UpdateEntry(menu);
+}
+
+void frmMain::setCommandEnabled(const QString& menu, bool enabled)
+{
+    MenuAction(menu);
+    m_entries[menu].allowed = enabled;
+    UpdateEntry(menu);
+}
+
+void frmMain::SetOwnCommands()
+{
+    setCommand("mnuFileExit", [this] { close(); });
+    setCommand("mnuViewTopo", [this] { ShowPane(m_ui->pneMap, m_ui->mnuViewTopo->isChecked()); });
+    setCommand("mnuViewPunten",
+               [this] { ShowPane(m_ui->pneTree, m_ui->mnuViewPunten->isChecked()); });
+    setCommand("mnuViewLog", [this] { ShowPane(m_ui->pneLog, m_ui->mnuViewLog->isChecked()); });
+    setCommand("mnuViewToolbarsTopo",
+               [this] { m_ui->tlbTopo->setVisible(m_ui->mnuViewToolbarsTopo->isChecked()); });
+    setCommand("mnuExtraBSA", [this] { mnuExtraBSA_Click(); });
+    setCommand("mnuHelpHandleiding", [this] { mnuHelpHandleiding_Click(); });
+    setCommand("mnuHelpAbout", [this] { mnuHelpAbout_Click(); });
+}
+
+void frmMain::ShowPane(QWidget* container, bool on)
+{
+    container->setVisible(on);
+    m_ui->splUpper->setVisible(m_ui->mnuViewTopo->isChecked() || m_ui->mnuViewPunten->isChecked());
+    ApplyPaneSizes();
+}
+
+bool frmMain::MayRun(const QString& menu) const
+{
+    const Entry& entry = m_entries[menu];
+    const bool needsDatabase = DatabaseMenus().contains(m_menuOf[menu]);
+    const bool isOpen = m_database && m_database->IsOpen();
+    return entry.handler && entry.allowed && (!needsDatabase || isOpen);
+}
+
+void frmMain::UpdateEntry(const QString& menu)
+{
+    const bool enabled = MayRun(menu);
+    MenuAction(menu)->setEnabled(enabled);
+    const int index = ButtonIndexOfMenu(menu);
+    if (index < 0)
+        return;
+    const ToolbarButton& button = ToolbarButtons()[index];
+    // The tools of the map serve its background layers too, with no database.
+    const bool mapAlone = button.mapTool || button.command == 3;
+    const bool usable = mapAlone ? m_entries[menu].handler != nullptr : enabled;
+    m_buttons[index]->setEnabled(usable && !m_disabledButtons.contains(button.command));
+}
+
+void frmMain::RunCommand(const QString& menu)
+{
+    RunHandler([&] {
+        const int index = ButtonIndexOfMenu(menu);
+        if (index >= 0)
+            ToolbarsClick(index);
+        else if (MayRun(menu))
+            m_entries[menu].handler();
+    });
+}
+
+QString frmMain::MenuOfButton(int buttonIndex) const
+{
+    const ToolbarButton& button = ToolbarButtons()[buttonIndex];
+    const QString tag = m_browser ? m_browser->CurrentNodeTag() : QString();
+    if (button.command == 8)
+        return tag == "PROFIEL" ? "mnuProfielEdit" : "mnuProfielAdd";
+    if (button.command == 9 && tag != "DIJKRING")
+        return QString();
+    return button.menu;
+}
+
+void frmMain::ToolbarsClick(int buttonIndex)
+{
+    if (buttonIndex < 0 || buttonIndex >= ToolbarButtons().size())
+        return;
+    const ToolbarButton& button = ToolbarButtons()[buttonIndex];
+    if (button.mapTool) {
+        SelectTool(buttonIndex);
+    } else if (button.command == 13) {
+        ToggleLabels();
+    } else {
+        const QString menu = MenuOfButton(buttonIndex);
+        const bool mapAlone = button.command == 3;
+        if (!menu.isEmpty() && m_entries[menu].handler && (mapAlone || MayRun(menu)))
+            m_entries[menu].handler();
+    }
+}
+
+void frmMain::SelectTool(int buttonIndex)
+{
+    const ToolbarButton& chosen = ToolbarButtons()[buttonIndex];
+    for (int index = 0; index < m_buttons.size(); ++index) {
+        if (!ToolbarButtons()[index].mapTool)
+            continue;
+        m_buttons[index]->setChecked(index == buttonIndex);
+        MenuAction(ToolbarButtons()[index].menu)->setChecked(index == buttonIndex);
+    }
+    if (m_map)
+        m_map->SelectTool(chosen.command, CursorOfMapPointer(chosen.mapPointer));
+}
+
+void frmMain::ToggleLabels()
+{
+    m_labels.shown = !m_labels.shown;
+    m_buttons[ButtonIndexOfCommand(13)]->setChecked(m_labels.shown);
+    m_ui->mnuBewerkenLabels->setChecked(m_labels.shown);
+    if (m_map)
+        m_map->ShowLabels(m_labels.shown);
+    SaveLabelStatus(gIniFile(), m_labels.shown);
+}
+
+int frmMain::GetChekedButton() const
+{
+    for (int index = 0; index < m_buttons.size(); ++index) {
+        if (ToolbarButtons()[index].mapTool && m_buttons[index]->isChecked())
+            return index;
+    }
+    return -1;
+}
+
+int frmMain::GetButtonIndexByIconIndex(int command) const
+{
+    return ButtonIndexOfCommand(command);
+}
+
+void frmMain::SetEnableButton(int command, bool enabled)
+{
+    const int index = ButtonIndexOfCommand(command);
+    if (index < 0)
+        return;
+    if (enabled)
+        m_disabledButtons.remove(command);
+    else
+        m_disabledButtons.insert(command);
+    UpdateEntry(ToolbarButtons()[index].menu);
+}
+
+void frmMain::XYToPane(double x, double y)
+{
+    m_statusBar->ShowCoordinates("x = " + FixedText(x, 0) + ", y = " + FixedText(y, 0));
+}
+
+void frmMain::UpdateMenus()
+{
+    const bool isOpen = m_database && m_database->IsOpen();
+    for (const QString& menu : DatabaseMenus())
+        findChild<QMenu*>(menu)->menuAction()->setEnabled(isOpen);
+    const bool hasLocations = m_browser && m_browser->HasLocations();
+    findChild<QAction*>("mnuBewerkenSep2")->setEnabled(hasLocations);
+    m_entries["mnuBewerkenAddLocatie"].allowed = hasLocations;
+    for (auto entry = m_entries.cbegin(); entry != m_entries.cend(); ++entry)
+        UpdateEntry(entry.key());
+}
+
+// Load
+
+void frmMain::Load()
+{
+    try {
+        const BusyScope busy;
+        SetExtraOpties(gIniFile().GetString("Algemeen", "ExtraOpties") == "RW");
+        m_iniFile = std::make_unique<QLMIniFile>(AddBackslash(gIniPath()) + "Main.ini");
+        TranslateForm(*this, *m_iniFile, gLanguage());
+        for (int index = 0; index < m_buttons.size(); ++index) {
+            const ToolbarButton& button = ToolbarButtons()[index];
+            QString caption = MenuAction(button.menu)->text().remove('&');
+            if (caption.endsWith("..."))
+                caption.chop(3);
+            m_buttons[index]->setText(button.tip ? QString(button.tip) : caption);
+            m_buttons[index]->setToolTip(m_buttons[index]->text());
+        }
+        if (m_paneSizes)
+            m_paneSizes->Initialize(gIniFile());
+        LoadSettings();
+        if (m_map)
+            m_map->AddAchtergrondLayers();
+        LoadWindowPosition(*this, gIniFile());
+        ApplyPaneSizes();
+        if (m_paneSizes)
+            m_paneSizes->setInitialized(true);
+        if (m_database) {
+            setCommand("mnuFileOpen", [this] { mnuFileOpen_Click(); });
+            m_database->RemoveDataSources(OdbcSources(gIniFile()));
+        }
+        SetHelpHandler([this](QWidget*) { mnuHelpHandleiding_Click(); });
+        setCommandEnabled("mnuFileSave", false);
+        setCommandEnabled("mnuFileSaveAs", false);
+        setCommandEnabled("mnuDijkringPaste", false);
+        if (m_browser)
+            m_browser->ResetCurrentNode();
+        if (m_map)
+            m_map->RefreshMap();
+        UpdateMenus();
+        m_isLoaded = true;
+    } catch (const std::exception& error) {
+        ReportError(error);
+        ResetBusy();
+    }
+}
+
+void frmMain::LoadSettings()
+{
+    m_kwaliteitscodes = LoadKwaliteitscodes(gIniFile());
+    m_labels = LoadLabelSettings(gIniFile());
+    m_buttons[ButtonIndexOfCommand(13)]->setChecked(m_labels.shown);
+    m_ui->mnuBewerkenLabels->setChecked(m_labels.shown);
+
+    const QString state = gIniFile().GetString("SETTINGS", objectName() + "ToolbarState",
+                                               QString::number(kToolbarVisible));
+    const bool visible = gConvert().ConvLng(state) & kToolbarVisible;
+    m_ui->tlbTopo->setVisible(visible);
+    m_ui->mnuViewToolbarsTopo->setChecked(visible);
+
+    if (m_map) {
+        // The work of a tool is the map's; the entry only chooses it.
+        for (const ToolbarButton& button : ToolbarButtons()) {
+            if (button.mapTool)
+                setCommand(button.menu, [] {});
+        }
+        setCommand("mnuBewerkenLabels", [] {});
+    }
+}
+
+void frmMain::Initialiseer()
+{
+    RunHandler([this] {
+        const BusyScope busy;
+        const QString shore = AbsolutePath(gIniFile().GetString("Algemeen", "FetchShapefile"));
+        if (m_shoreFile)
+            m_shoreFile->SetPath(shore);
+        OpenLastDatabase();
+        UpdateMenus();
+        // The tree opens on its root, whatever was current at the last exit:
+        // `lastNode` is kept in the file and not applied.
+        ToolbarsClick(ButtonIndexOfMenu("mnuBewerkenItem_0"));
+        SetStatusBarTextByNumber(1);
+    });
+}
+
+void frmMain::OpenLastDatabase()
+{
+    const QString last = gIniFile().GetString("Randvoorwaarden", "lastRvwFile").trimmed();
+    if (last.isEmpty() || !m_database)
+        return;
+    const QString path = AbsolutePath(last);
+    if (!FileExists(path))
+        return;
+    const int result = m_database->OpenDB(path, false, true);
+    if (result == 0) {
+        OpenRandvoorwaarden(path);
+        return;
+    }
+    const QString description = m_database->OpenErrDescription();
+    m_database->CloseDB();
+    switch (result) {
+    case 2:
+        ShowFoutForm(this, 6, {description});
+        break;
+    case 3:
+        ShowFoutForm(this, 28, {path, description});
+        break;
+    case 4:
+        ShowFoutForm(this, 27, {path, description});
+        break;
+    default:
+        ShowFoutForm(this, 4, {path, description});
+    }
+}
+
+// Open and close a database
+
+void frmMain::mnuFileOpen_Click()
+{
+    const BusyScope busy;
+    const QString folder =
+        AbsolutePath(gIniFile().GetString("Mappen", "DatabasesMap", ".\\data\\databases"));
+    const QString title = m_iniFile->GetString("Captions", "database.open.title");
+    const QString path = m_database->ChooseChecked(folder, title);
+    if (!path.isEmpty()) {
+        CloseRandvoorwaarden();
+        OpenRandvoorwaarden(path);
+        UpdateMenus();
+        gIniFile().SaveString("Mappen", "DatabasesMap",
+                              RelativePath(QFileInfo(path).absolutePath()));
+    }
+    UpdateMenus();
+}
+
+void frmMain::OpenRandvoorwaarden(const QString& path)
+{
+    m_database->OpenDB(path, false, false);
+    if (!m_database->IsOpen())
+        return;
+    emit RandvoorwaardenOpened(path);
+    if (m_map) {
+        if (m_labels.shown)
+            m_map->ShowLabels(true);
+        m_map->RefreshMap();
+    }
+    gIniFile().SaveString("Randvoorwaarden", "lastRvwFile", RelativePath(path));
+    setWindowTitle(BoxTitle() + " - " + QFileInfo(path).completeBaseName());
+}
+
+bool frmMain::CloseRandvoorwaarden()
+{
+    if (m_map)
+        m_map->ShowLabels(false);
+    emit RandvoorwaardenClosing();
+    if (m_map)
+        m_map->RefreshMap();
+    UpdateMenus();
+    return true;
+}
+
+// Other commands
+
+void frmMain::mnuExtraBSA_Click()
+{
+    const QString told = AbsolutePath(gIniFile().GetString("ALGEMEEN", "WindWaveCalculator.exe"));
+    const QString path = ProgramFile(told);
+    if (!FileExists(path))
+        RaiseFout(11, {told, QString()});
+    StartProgram({path, {"NL", "BYH"}});
+}
+
+void frmMain::mnuHelpHandleiding_Click()
+{
+    const QString path =
+        AbsolutePath(gIniFile().GetString("Algemeen", "Handleiding" + gLanguage()));
+    if (!FileExists(path))
+        RaiseFout(7, {path});
+    if (ShellOpen(path) <= 32)
+        ShowMessageForm(this, 3, {QFileInfo(path).suffix(), path});
+}
+
+// Panes and look
+
+void frmMain::ApplyPaneSizes()
+{
+    if (!m_paneSizes)
+        return;
+    const bool initialized = m_paneSizes->Initialized();
+    m_paneSizes->setInitialized(false);
+    const int height = m_ui->splRows->height();
+    const int upper = qRound(m_paneSizes->GetHeightFactor(1) * height);
+    m_ui->splRows->setSizes({upper, height - upper});
+    const int width = m_ui->splUpper->width();
+    const int map = qRound(m_paneSizes->GetWidthFactor(1) * width);
+    m_ui->splUpper->setSizes({map, width - map});
+    m_paneSizes->setInitialized(initialized);
+}
+
+void frmMain::StorePaneSizes()
+{
+    if (!m_paneSizes)
+        return;
+    const auto factor = [](const QSplitter* splitter) {
+        const QList<int> sizes = splitter->sizes();
+        const int whole = sizes[0] + sizes[1];
+        return whole > 0 && sizes[0] > 0 && sizes[1] > 0 ? sizes[0] / double(whole) : 0.0;
+    };
+    if (const double rows = factor(m_ui->splRows); rows > 0)
+        m_paneSizes->SetHeightFactor(1, rows);
+    if (const double columns = factor(m_ui->splUpper); columns > 0)
+        m_paneSizes->SetWidthFactor(1, columns);
+}
+
+void frmMain::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    if (!isMinimized())
+        ApplyPaneSizes();
+}
+
+void frmMain::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    ApplyPaneSizes();
+}
+
+void frmMain::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !m_buttons.isEmpty())
+        PaintIcons();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_browser)
+        m_browser->EnsureCurrentNodeVisible();
+}
+
+QString frmMain::StatusText() const
+{
+    return m_statusBar->StatusText();
+}
+
+void frmMain::ShowStatusText(const QString& text)
+{
+    m_statusBar->ShowStatusText(text);
+}
+
+void frmMain::ShowProgress(int maximum)
+{
+    m_statusBar->ShowProgress(maximum);
+}
+
+void frmMain::SetProgress(int value)
+{
+    m_statusBar->SetProgress(value);
+}
+
+void frmMain::HideProgress()
+{
+    m_statusBar->HideProgress();
+}
