@@ -1,0 +1,353 @@
+#include "DatabaseFixture.h"
+
+#include "frame/Convert.h"
+#include "frame/Globals.h"
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+namespace {
+
+/// One row of Resultaat as the core fills it; -999 where it did not.
+struct Uitkomst {
+    int berekening, locatie;
+    double herhalingstijd;
+    double hbn, overloopMo, overloopZo, boezempeil, streefpeil;
+};
+
+std::string Getal(double waarde)
+{
+    return jet::Value(waarde).AsText();
+}
+
+constexpr double kOnbekend = -999;
+constexpr double kAlle = -999;
+
+} // namespace
+
+/// The example with results of three calculations, some of them missing: the
+/// expected rows are worked out from the same list by plain code.
+class ResultatenTest : public DatabaseTest {
+protected:
+    ResultatenTest()
+    {
+        std::mt19937 random(20261121);
+        const auto niveau = [&random](double basis) {
+            // Quarters are exact: differences need no tolerance.
+            return random() % 5 == 0 ? kOnbekend : basis + 0.25 * double(random() % 16);
+        };
+        for (const int berekening : {1, 2, 3})
+            for (int locatie = 1; locatie <= 12; ++locatie)
+                for (const double t : {10.0, 100.0, 1000.0})
+                    if (random() % 6 != 0)
+                        uitkomsten.push_back({berekening, locatie, t, niveau(4), niveau(3),
+                                              niveau(2), niveau(1), niveau(-1)});
+        // An untouched row: all at their defaults.
+        uitkomsten.push_back({1, 13, 10, kOnbekend, kOnbekend, kOnbekend, kOnbekend, kOnbekend});
+
+        const QString bestand = VoorbeeldDatabase();
+        std::vector<std::string> statements;
+        for (const char* naam : {"een", "twee", "drie"})
+            statements.push_back(
+                std::string("INSERT INTO Berekening "
+                            "(Naam,ProfielId,Faalmechanisme,QOverslag) VALUES ('") +
+                naam + "',1,'GOLFOVERSLAG',0.5)");
+        for (const Uitkomst& u : uitkomsten)
+            statements.push_back(
+                "INSERT INTO Resultaat (Berekening_ID,Locatie_ID,Herhalingstijd,HBN_MS_MO,"
+                "OVERLOOP_MS_MO,OVERLOOP_MS_ZO,BOEZEMPEIL,STREEFPEIL) VALUES (" +
+                Getal(u.berekening) + "," + Getal(u.locatie) + "," + Getal(u.herhalingstijd) + "," +
+                Getal(u.hbn) + "," + Getal(u.overloopMo) + "," + Getal(u.overloopZo) + "," +
+                Getal(u.boezempeil) + "," + Getal(u.streefpeil) + ")");
+        Voeruit(bestand, statements);
+        EXPECT_EQ(db.OpenDB(bestand, false), OpenResult::Accepted);
+    }
+
+    /// Texts of one number per row for which `voorwaarde` holds, in any order.
+    template <typename Voorwaarde, typename Waarde>
+    std::vector<std::string> Verwacht(Voorwaarde voorwaarde, Waarde waarde) const
+    {
+        std::vector<std::string> alle;
+        for (const Uitkomst& u : uitkomsten)
+            if (voorwaarde(u))
+                alle.push_back(Getal(waarde(u)));
+        std::sort(alle.begin(), alle.end());
+        return alle;
+    }
+
+    static std::vector<std::string> Waarden(const RecordsetPtr& rijen)
+    {
+        std::vector<std::string> alle;
+        for (const auto& rij : Alle(rijen, {"waarde"}))
+            alle.push_back(rij[0]);
+        std::sort(alle.begin(), alle.end());
+        return alle;
+    }
+
+    std::vector<Uitkomst> uitkomsten;
+};
+
+TEST_F(ResultatenTest, GetHBNGivesAllPeriodsInOrderOfLocationAndPeriod)
+{
+    std::vector<Uitkomst> gevraagd;
+    for (const Uitkomst& u : uitkomsten)
+        if (u.berekening == 1 && u.hbn != kOnbekend)
+            gevraagd.push_back(u);
+    std::sort(gevraagd.begin(), gevraagd.end(), [](const Uitkomst& a, const Uitkomst& b) {
+        return std::pair(a.locatie, a.herhalingstijd) < std::pair(b.locatie, b.herhalingstijd);
+    });
+    Rijen verwacht;
+    for (const Uitkomst& u : gevraagd)
+        verwacht.push_back({Getal(u.locatie), Getal(u.herhalingstijd), Getal(u.hbn)});
+    ASSERT_GT(verwacht.size(), 20U);
+    EXPECT_EQ(Alle(db.GetHBN(1, kAlle), {"Locatie_ID", "Herhalingstijd", "waarde"}), verwacht);
+}
+
+TEST_F(ResultatenTest, GetHBNOfOnePeriodCarriesNameAndPlace)
+{
+    const auto rijen = Alle(db.GetHBN(2, 100), {"naam", "X", "Y", "Herhalingstijd"});
+    EXPECT_EQ(rijen.size(), Verwacht(
+                                [](const Uitkomst& u) {
+                                    return u.berekening == 2 && u.herhalingstijd == 100 &&
+                                           u.hbn != kOnbekend;
+                                },
+                                [](const Uitkomst&) { return 0.0; })
+                                .size());
+    for (const auto& rij : rijen)
+        EXPECT_EQ(rij[3], "100");
+    EXPECT_TRUE(rijen.at(0)[0].starts_with("Plas-"));
+}
+
+TEST_F(ResultatenTest, GetHBNVanHerhalingstijdTakesSeveralCalculations)
+{
+    EXPECT_EQ(Waarden(db.GetHBNVanHerhalingstijd({1, 3}, 100)),
+              Verwacht(
+                  [](const Uitkomst& u) {
+                      return u.berekening != 2 && u.herhalingstijd == 100 && u.hbn != kOnbekend;
+                  },
+                  [](const Uitkomst& u) { return u.hbn; }));
+}
+
+TEST_F(ResultatenTest, GetAandelenPassesNothingOver)
+{
+    EXPECT_EQ(Alle(db.GetAandelen(1, kAlle)).size(),
+              std::size_t(std::count_if(uitkomsten.begin(), uitkomsten.end(),
+                                        [](const Uitkomst& u) { return u.berekening == 1; })));
+    EXPECT_EQ(Alle(db.GetAandelen(1, 10), {"Locatie_ID", "HBN_MS_MO"}).back(),
+              (std::vector<std::string>{"13", "-999"}));
+}
+
+TEST_F(ResultatenTest, TheShareOfTheSetUpGuardsTheLoadLevelInsteadOfItsOwnField)
+{
+    EXPECT_EQ(Waarden(db.GetAandeelScheefstand({1, 2}, 10)),
+              Verwacht(
+                  [](const Uitkomst& u) {
+                      return u.berekening < 3 && u.herhalingstijd == 10 && u.hbn != kOnbekend &&
+                             u.boezempeil != kOnbekend;
+                  },
+                  [](const Uitkomst& u) { return u.overloopZo - u.boezempeil; }));
+}
+
+TEST_F(ResultatenTest, TheOtherSharesGuardBothTheirFields)
+{
+    const auto bij10 = [](const Uitkomst& u) { return u.herhalingstijd == 10; };
+    EXPECT_EQ(Waarden(db.GetAandeelOpwaaiing({1, 2, 3}, 10)),
+              Verwacht(
+                  [&](const Uitkomst& u) {
+                      return bij10(u) && u.overloopMo != kOnbekend && u.overloopZo != kOnbekend;
+                  },
+                  [](const Uitkomst& u) { return u.overloopMo - u.overloopZo; }));
+    EXPECT_EQ(Waarden(db.GetAandeelWindbelasting({1, 2, 3}, 10)),
+              Verwacht(
+                  [&](const Uitkomst& u) {
+                      return bij10(u) && u.hbn != kOnbekend && u.overloopMo != kOnbekend;
+                  },
+                  [](const Uitkomst& u) { return u.hbn - u.overloopMo; }));
+    EXPECT_EQ(Waarden(db.GetAandeelWaterstand({1, 2, 3}, 10)),
+              Verwacht(
+                  [&](const Uitkomst& u) {
+                      return bij10(u) && u.boezempeil != kOnbekend && u.streefpeil != kOnbekend;
+                  },
+                  [](const Uitkomst& u) { return u.boezempeil - u.streefpeil; }));
+}
+
+TEST_F(ResultatenTest, CsvDataHasLocationsWithoutAnyResultButNotThoseOfOthersOnly)
+{
+    std::set<int> inEen, inEnige;
+    for (const Uitkomst& u : uitkomsten) {
+        inEnige.insert(u.locatie);
+        if (u.berekening == 1)
+            inEen.insert(u.locatie);
+    }
+    const auto rijen = Alle(db.GetDataVoorCsv(1), {"X", "Berekeningnaam", "HBN_MS_MO"});
+    const auto zonder =
+        std::count_if(rijen.begin(), rijen.end(), [](const auto& rij) { return rij[1] == "null"; });
+    EXPECT_EQ(std::size_t(zonder), 24 - inEnige.size());
+    EXPECT_EQ(rijen.size() - std::size_t(zonder),
+              std::size_t(std::count_if(uitkomsten.begin(), uitkomsten.end(),
+                                        [](const Uitkomst& u) { return u.berekening == 1; })));
+}
+
+TEST_F(ResultatenTest, DifferencesCompareTheSameLocationAndPeriod)
+{
+    std::vector<std::string> verwacht, bij100;
+    double laagste = 1e9, hoogste = -1e9;
+    for (const Uitkomst& a : uitkomsten)
+        for (const Uitkomst& b : uitkomsten)
+            if (a.berekening == 1 && b.berekening != 1 && a.locatie == b.locatie &&
+                a.herhalingstijd == b.herhalingstijd && a.hbn != kOnbekend && b.hbn != kOnbekend) {
+                verwacht.push_back(Getal(a.hbn - b.hbn));
+                if (a.herhalingstijd == 100)
+                    bij100.push_back(Getal(a.hbn - b.hbn));
+                laagste = std::min(laagste, a.hbn - b.hbn);
+                hoogste = std::max(hoogste, a.hbn - b.hbn);
+            }
+    std::sort(verwacht.begin(), verwacht.end());
+    std::sort(bij100.begin(), bij100.end());
+    ASSERT_GT(verwacht.size(), 20U);
+    EXPECT_EQ(Waarden(db.GetVerschilHBN({1}, {2, 3}, kAlle)), verwacht);
+    EXPECT_EQ(Waarden(db.GetVerschilHBN({1}, {2, 3}, 100)), bij100);
+    EXPECT_EQ(Waarden(db.GetVerschilHBNTussen2Berekeningen({1}, {2, 3}, 100)), bij100);
+
+    double min = 1000, max = -1000;
+    db.GetMinMaxVerschil({1}, {2, 3}, min, max);
+    EXPECT_EQ(min, laagste);
+    EXPECT_EQ(max, hoogste);
+    min = -50;
+    db.GetMinMaxVerschil({1}, {2, 3}, min, max);
+    EXPECT_EQ(min, -50) << "the caller's values are only widened";
+}
+
+TEST_F(ResultatenTest, ListsThePeriodsThatHaveWhatAShareNeeds)
+{
+    const auto perioden = [this](auto voorwaarde) {
+        std::set<double> tijden;
+        for (const Uitkomst& u : uitkomsten)
+            if (u.berekening != 3 && voorwaarde(u))
+                tijden.insert(u.herhalingstijd);
+        Rijen rijen;
+        for (const double t : tijden)
+            rijen.push_back({Getal(t)});
+        return rijen;
+    };
+    const QList<int> ids{1, 2};
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenBerekening(ids)),
+              perioden([](const Uitkomst&) { return true; }));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelscheefstand(ids)), perioden([](const Uitkomst& u) {
+                  return u.overloopZo != kOnbekend && u.boezempeil != kOnbekend;
+              }));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelopwaaiing(ids)), perioden([](const Uitkomst& u) {
+                  return u.overloopMo != kOnbekend && u.overloopZo != kOnbekend;
+              }));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelwindbelasting(ids)),
+              perioden([](const Uitkomst& u) {
+                  return u.hbn != kOnbekend && u.overloopMo != kOnbekend;
+              }));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelwaterstand(ids)), perioden([](const Uitkomst& u) {
+                  return u.boezempeil != kOnbekend && u.streefpeil != kOnbekend;
+              }));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenBerekening({99})), Rijen{});
+}
+
+TEST_F(ResultatenTest, LevelsCanBeAskedForOneOrAllPeriods)
+{
+    EXPECT_EQ(Alle(db.GetBoezempeilen(kAlle)).size(), 120U);
+    const auto bij10 = Alle(db.GetBoezempeilen(10), {"naam", "herhalingstijd", "boezempeil"});
+    ASSERT_EQ(bij10.size(), 24U);
+    EXPECT_EQ(bij10[0], (std::vector<std::string>{"Plas-01", "10", "-0.2"}));
+    EXPECT_EQ(Alle(db.GetBoezempeilenVanHerhalingstijd(10)).size(), 24U);
+    EXPECT_EQ(Alle(db.GetBoezempeilenVanHerhalingstijd(11)), Rijen{});
+}
+
+TEST_F(ResultatenTest, GivesTheHighestSetUpPerSectorAndLocation)
+{
+    EXPECT_EQ(Alle(db.GetMaxScheefstanden(static_cast<int>(kAlle))).size(), 384U);
+    const auto sector = Alle(db.GetMaxScheefstanden(12), {"naam", "windrichting", "Graden"});
+    ASSERT_EQ(sector.size(), 24U);
+    EXPECT_EQ(sector[0], (std::vector<std::string>{"Plas-01", "WZW", "247.5"}));
+    EXPECT_EQ(Alle(db.GetMaxScheefstandVanWindrichtingId(12)).size(), 24U);
+    // A location at the lee end: the set-up at 40 m/s is the highest.
+    const auto hoogste = Lees("SELECT Scheefstand FROM Scheefstand WHERE Locatie_ID=1 AND "
+                              "Richting_ID=4 AND Windsnelheid=40");
+    const auto maxima = Alle(db.GetMaxScheefstanden(4), {"Locatie_ID", "waarde"});
+    EXPECT_EQ(maxima.at(0), (std::vector<std::string>{"1", hoogste.at(0).at(0)}));
+}
+
+TEST_F(ResultatenTest, ExtremesSpanTheWholeTable)
+{
+    double laagste = 1e9, hoogste = -1e9;
+    for (const Uitkomst& u : uitkomsten)
+        if (u.hbn != kOnbekend) {
+            laagste = std::min(laagste, u.hbn);
+            hoogste = std::max(hoogste, u.hbn);
+        }
+    EXPECT_EQ(Alle(db.GetMinMaxHBNMSMO(), {"min", "max"}),
+              (Rijen{{Getal(laagste), Getal(hoogste)}}));
+    EXPECT_EQ(Alle(db.GetMinMaxBoezempeilen(), {"min", "max"}),
+              Lees("SELECT MIN(Boezempeil), MAX(Boezempeil) FROM Boezempeilstatistiek"));
+    const auto scheefstand = Alle(db.GetMinMaxScheefstanden(), {"min", "max"});
+    EXPECT_EQ(scheefstand.at(0).at(0), "0");
+    EXPECT_EQ(scheefstand.at(0).at(1),
+              Lees("SELECT MAX(Scheefstand) FROM Scheefstand").at(0).at(0));
+}
+
+TEST_F(ResultatenTest, ExtremesOfSharesAreAskedByPositionNotById)
+{
+    // Three elements, lower bound 1: calculations 1, 2 and 3, whatever the ids are.
+    double min = 1e9, max = -1e9;
+    db.GetMinMaxAandelen({77, 78, 79}, min, max);
+    double laagste = 1e9, hoogste = -1e9;
+    for (const Uitkomst& u : uitkomsten) {
+        const auto neem = [&](double a, double b) {
+            if (a == kOnbekend || b == kOnbekend)
+                return;
+            laagste = std::min(laagste, a - b);
+            hoogste = std::max(hoogste, a - b);
+        };
+        neem(u.overloopZo, u.boezempeil);
+        neem(u.overloopMo, u.overloopZo);
+        neem(u.hbn, u.overloopMo);
+        neem(u.boezempeil, u.streefpeil);
+    }
+    EXPECT_EQ(min, laagste);
+    EXPECT_EQ(max, hoogste);
+
+    min = 5;
+    max = 5;
+    db.GetMinMaxAandelen({1}, min, max, 50);
+    EXPECT_EQ(min, 5) << "a calculation without results has null extremes, which change nothing";
+    EXPECT_EQ(max, 5);
+}
+
+TEST_F(ResultatenTest, WritesAFieldAsTheTextOfAnExport)
+{
+    const auto rij = db.GetRecordSet(
+        "SELECT omschrijving, x/8 AS deel, Locatie_ID, kwaliteitskenmerk, -999.0 AS weg, "
+        "NULL AS niets FROM Locatie WHERE Locatie_ID=4");
+    ASSERT_TRUE(HRdb::heeftRecords(rij));
+    const double missing = -999;
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "omschrijving", true), "\"Plas-04\"");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", true), "22388.125");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", false), gConvert().NumSys("22388.125"));
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Locatie_ID", true), "4");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "kwaliteitskenmerk", true), "2");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "weg", true, &missing), "");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "weg", true), "-999");
+}
+
+TEST_F(ResultatenTest, ANullFieldIsEmptyAndANullTextTwoQuotes)
+{
+    const auto rijen = db.GetDataVoorCsv(99); // locations without results only
+    ASSERT_TRUE(HRdb::heeftRecords(rijen));
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rijen, "HBN_MS_MO", true), "");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rijen, "Berekeningnaam", true), "\"\"");
+}
+
+TEST_F(ResultatenTest, OtherTypesAreEmptyInAnExport)
+{
+    const auto rij = db.GetRecordSet("SELECT Naam, QOverslag FROM Dijkring");
+    ASSERT_TRUE(HRdb::heeftRecords(rij));
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Naam", true), "") << "a memo";
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "QOverslag", true), "") << "a single";
+}
