@@ -4,7 +4,9 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -23,6 +25,23 @@ qsizetype SkipDigits(QStringView text, qsizetype at)
 bool IsSign(QChar character)
 {
     return character == '+' || character == '-';
+}
+
+/// Whether a number that fits no double is too large, not too small.
+bool IsLarge(const QByteArray& number)
+{
+    const qsizetype e = number.toLower().indexOf('e');
+    const QByteArray mantissa = e < 0 ? number : number.left(e);
+    const bool negativeExponent = e >= 0 && number.at(e + 1) == '-';
+    bool fits = true;
+    const int exponent = e < 0 ? 0 : number.mid(e + 1).toInt(&fits);
+    if (!fits)
+        return !negativeExponent;
+    const qsizetype point = mantissa.contains('.') ? mantissa.indexOf('.') : mantissa.size();
+    const qsizetype first = std::find_if(mantissa.cbegin(), mantissa.cend(),
+                                         [](char digit) { return digit >= '1' && digit <= '9'; }) -
+                            mantissa.cbegin();
+    return point - first + exponent > 0;
 }
 
 constexpr int kSignificantDigits = 15;
@@ -87,9 +106,9 @@ const International*& ReplacedInternational()
 
 } // namespace
 
-std::optional<double> ParseNumber(QStringView text)
+std::optional<double> ParseNumber(const QString& number)
 {
-    text = text.trimmed();
+    const QStringView text = QStringView(number).trimmed();
     qsizetype at = !text.isEmpty() && IsSign(text[0]) ? 1 : 0;
     const qsizetype whole = at;
     at = SkipDigits(text, at);
@@ -112,11 +131,17 @@ std::optional<double> ParseNumber(QStringView text)
     }
     if (at != text.size())
         return std::nullopt;
-    // Too large gives infinity, too small 0: the caller judges.
-    return text.toLatin1().replace(',', '.').toDouble();
+    QByteArray bytes = text.toLatin1().replace(',', '.');
+    if (bytes.startsWith('+'))
+        bytes.remove(0, 1);
+    double value = 0;
+    const auto result = std::from_chars(bytes.cbegin(), bytes.cend(), value);
+    if (result.ec == std::errc::result_out_of_range)
+        value = IsLarge(bytes) ? std::numeric_limits<double>::infinity() : 0;
+    return bytes.startsWith('-') ? -std::fabs(value) : value;
 }
 
-bool IsNumeric(QStringView text)
+bool IsNumeric(const QString& text)
 {
     return ParseNumber(text).has_value();
 }

@@ -1,15 +1,14 @@
 #pragma once
 
 #include <QString>
-#include <QStringView>
 
 #include <optional>
 
 /// Numbers as text. A numeric text is, blanks around it aside: an optional
 /// sign, digits with at most one decimal sign (point or comma), an optional
 /// exponent; nothing else.
-[[nodiscard]] std::optional<double> ParseNumber(QStringView text);
-[[nodiscard]] bool IsNumeric(QStringView text);
+[[nodiscard]] std::optional<double> ParseNumber(const QString& number);
+[[nodiscard]] bool IsNumeric(const QString& text);
 
 /// The shortest text of a number, 15 significant digits, with a point: "1.5".
 [[nodiscard]] QString NumberText(double value);
