@@ -1,5 +1,7 @@
 #pragma once
 
+#include "jet/index/KeyEncoder.h"
+#include "jet/index/TextKey.h"
 #include "jet/table/TableDefinition.h"
 
 #include <memory>
@@ -9,30 +11,74 @@
 namespace jet {
 
 class Table;
+struct TableParts;
 
-/// Walks the rows of a table in the order of its pages. It bears changes made
-/// beside it: a row that was deleted is passed over, nothing is read from a page
-/// that is no longer the table's. Rows inserted during the walk may or may not
-/// be met.
-class TableScan {
+/// Reads the fields of one row at a time; nothing is decoded before it is asked
+/// for. When the file changes beside it the row is looked up again.
+class RowReader {
 public:
-    explicit TableScan(Table& table);
-    /// Goes to the next row; false at the end.
-    bool Next();
-    RowId Id() const { return m_id; }
-    /// Decodes column `column` (position in the definition) of the current row.
+    /// `table` must outlive the reader.
+    explicit RowReader(const Table& table);
+    ~RowReader();
+    RowReader(RowReader&&) noexcept;
+    RowReader& operator=(RowReader&&) noexcept;
+
+    /// False when there is no such row (any more).
+    bool MoveTo(RowId row);
+    RowId Id() const;
+    /// Column `column` (position in the definition) of the row that MoveTo found.
+    /// Throws NoCurrentRow when it has been deleted since.
     Value Get(int column) const;
+    bool IsNull(int column) const;
     Row GetRow() const;
 
 private:
-    Table& m_table;
-    RowId m_id;
+    friend class TableScan;
     struct State;
-    std::shared_ptr<State> m_state;
+    std::unique_ptr<State> m_state;
+};
+
+/// Walks the rows of a table in the order of its pages, forwards or backwards. It bears changes
+/// made beside it: a row that was deleted is passed over, nothing is read from a page that is no
+/// longer the table's. Rows inserted during the walk may or may not be met.
+class TableScan {
+public:
+    /// Stands before the first row, or behind the last.
+    enum class Start { BeforeFirst, BehindLast };
+    /// `table` must outlive the scan.
+    explicit TableScan(const Table& table, Start start = Start::BeforeFirst);
+    ~TableScan();
+    TableScan(TableScan&&) noexcept;
+    TableScan& operator=(TableScan&&) noexcept;
+
+    /// Goes to the next row; false at the end.
+    bool Next();
+    /// Goes to the row before; false at the beginning.
+    bool Previous();
+    /// Where the walk goes on from, whether or not that row (still) exists.
+    void StandOn(RowId row);
+    RowId Id() const { return m_reader.Id(); }
+    /// Decodes column `column` (position in the definition) of the current row.
+    Value Get(int column) const { return m_reader.Get(column); }
+    bool IsNull(int column) const { return m_reader.IsNull(column); }
+    Row GetRow() const { return m_reader.GetRow(); }
+
+private:
+    bool OpenPage(PageNumber number);
+    bool PageIsOpen();
+    bool TakeSlot();
+    void LeaveRow();
+
+    TableParts* m_parts;
+    RowReader m_reader;
+    struct State;
+    std::unique_ptr<State> m_state;
 };
 
 /// Bounds of an index scan: values for the first columns of the index (fewer
-/// than all = a prefix). An unset bound is open.
+/// than all = a prefix), in the order of its keys: in a descending column the
+/// lower bound is the larger value. An unset bound is open. Values are converted to their columns'
+/// types, so a bound must not lose anything by that (3.5 for a Long finds 4).
 struct IndexRange {
     std::optional<Row> lower, upper;
     bool lowerInclusive = true, upperInclusive = true;
@@ -43,16 +89,22 @@ struct IndexRange {
 /// Walks the row ids of an index range in key order, forwards or backwards.
 /// A change of the index during the walk is borne: the walk goes on behind the
 /// last key it gave.
+/// Throws TextNotIndexable when a bound holds a character whose key is unknown:
+/// such a condition has to be answered by a table scan.
 class IndexScan {
 public:
-    IndexScan(Table& table, int physicalIndex, const IndexRange& range, bool backwards = false);
+    IndexScan(const Table& table, int physicalIndex, const IndexRange& range,
+              bool backwards = false);
+    ~IndexScan();
+    IndexScan(IndexScan&&) noexcept;
+    IndexScan& operator=(IndexScan&&) noexcept;
+
     bool Next();
-    RowId Id() const { return m_id; }
+    RowId Id() const;
 
 private:
-    RowId m_id;
     struct State;
-    std::shared_ptr<State> m_state;
+    std::unique_ptr<State> m_state;
 };
 
 /// One table of an open file: rows in and out, its indexes kept with them.
@@ -70,7 +122,8 @@ public:
     const TableDefinition& Definition() const;
     Pager& File() const;
 
-    /// Rows now in the table.
+    /// Rows now in the table. Counted once by a walk over the table's pages, because
+    /// other programs leave the counter in the definition wrong; then kept.
     std::uint32_t RowCount() const;
 
     bool Exists(RowId row) const;
@@ -90,30 +143,22 @@ public:
     void Update(RowId row, std::span<const Change> changes);
     void Delete(RowId row);
 
-    /// Position in physicalIndexes of an index that begins with these columns
-    /// (ascending or descending), the best fit first; -1 when there is none.
+    /// Position in physicalIndexes of an index that begins with these columns in this order
+    /// (each ascending or descending), the best fit first; -1 when there is none. Indexes whose
+    /// order we do not know are passed over. Mind ignoreNulls: such an index has no entry for a
+    /// row whose key columns are all null.
     int FindPhysicalIndex(std::span<const int> columns) const;
 
     // for check, compact and the catalog: see TableInternals.h
-    struct Parts;
+    using Parts = TableParts;
     Parts& Internals() { return *m_parts; }
+    const Parts& Internals() const { return *m_parts; }
 
 private:
+    friend class RowReader;
     friend class TableScan;
     friend class IndexScan;
     std::unique_ptr<Parts> m_parts;
 };
-
-/// Key bytes of `values` as an index on columns of these types stores them;
-/// nullopt when a text holds a character whose key is unknown. Comparing bytes
-/// gives Jet's order.
-std::optional<Bytes> EncodeKey(std::span<const Value> values, std::span<const ColumnType> types,
-                               std::span<const bool> ascending);
-
-/// Compares two UTF-8 texts in the engine's order (General legacy): no regard to case, regard to
-/// accents. Total: characters outside the key tables compare by code point behind all known ones.
-int CompareText(std::string_view a, std::string_view b);
-/// Bytes that are equal exactly when CompareText says 0, in the same order.
-std::string TextSortKey(std::string_view text);
 
 } // namespace jet

@@ -23,9 +23,14 @@ struct Column {
     bool autoNumber = false;     ///< Long, or Guid
     bool compress = true;        ///< text may be stored one byte a character
     bool hyperlink = false;
-    std::uint8_t rawFlags = 0; ///< as in the file, kept on rewrite
+    // as in the file, kept on rewrite; 0 in a new column means "as the other fields say"
+    std::uint8_t rawType = 0; ///< a type code we read as Binary
+    std::uint8_t rawFlags = 0;
     std::uint8_t rawExtraFlags = 0;
-    RowId ownedMap, freeMap; ///< of Memo and Ole; page 0 = absent
+    std::uint16_t rawOrdinal = 0;     ///< the column's second number
+    std::uint16_t sortOrder = 0x0409; ///< LCID of text
+    std::uint8_t sortVersion = 0;     ///< 0 General legacy, 1 the later General
+    RowId ownedMap, freeMap;          ///< of Memo and Ole; page 0 = absent
 
     // properties
     bool required = false;
@@ -38,6 +43,8 @@ struct Column {
     int Size() const;
     bool IsText() const { return type == ColumnType::Text || type == ColumnType::Memo; }
     bool IsLongValue() const { return type == ColumnType::Memo || type == ColumnType::Ole; }
+    /// Whether the order of this column's texts in indexes is one we know.
+    bool HasKnownOrder() const { return !IsText() || (sortOrder == 0x0409 && sortVersion == 0); }
 };
 
 struct IndexColumn {
@@ -55,6 +62,8 @@ struct PhysicalIndex {
     bool ignoreNulls = false;
     bool required = false;
     std::uint8_t rawFlags = 0;
+    std::uint32_t rowsCounted = 0;   ///< 0 or the row count at some moment; kept
+    std::uint32_t distinctCount = 0; ///< statistic: distinct keys, not lowered by deletes
 };
 
 /// A name for a physical index; several may share one.
@@ -77,6 +86,7 @@ struct TableDefinition {
     bool system = false;
     std::uint32_t rowCount = 0; ///< a statistic in foreign files, exact in ours
     std::uint32_t lastAutoNumber = 0;
+    std::uint32_t length = 0;          ///< bytes, as last read or written
     std::uint16_t maxColumns = 0;      ///< highest column number ever used + 1
     std::uint16_t variableColumns = 0; ///< dropped ones included
     RowId ownedMap, freeMap;
@@ -88,6 +98,10 @@ struct TableDefinition {
     int FindColumn(std::string_view name) const;
     /// Position in logicalIndexes, without regard to case; -1 when there is none.
     int FindIndex(std::string_view name) const;
+    /// Position in columns of the column with this number; -1 when there is none.
+    int FindColumnNumber(std::uint16_t number) const;
+    /// The name under which users know a physical index.
+    const std::string& NameOfPhysical(int physicalIndex) const;
     /// Position in logicalIndexes of the primary key; -1 when there is none.
     int PrimaryKey() const;
 };
@@ -95,7 +109,10 @@ struct TableDefinition {
 /// Reads and checks the definition that starts at `page`. Throws Damaged.
 TableDefinition ReadTableDefinition(Pager& pager, PageNumber page);
 /// Writes it over the existing chain of pages, which grows or shrinks as needed;
-/// `definition.page` keeps its place.
-void WriteTableDefinition(Pager& pager, PageAllocator& pages, const TableDefinition& definition);
+/// `definition.page` keeps its place (for a new table: an allocated page of zeros).
+/// Sets `definition.length`. Jet 4 only.
+void WriteTableDefinition(Pager& pager, PageAllocator& pages, TableDefinition& definition);
+/// Gives the definition's pages back (when the table is dropped).
+void FreeTableDefinition(Pager& pager, PageAllocator& pages, PageNumber page);
 
 } // namespace jet
