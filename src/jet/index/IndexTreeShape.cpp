@@ -241,8 +241,7 @@ void IndexTree::DropEmptyNode(const Path& path, std::size_t depth, PageNumber on
         RenameLast(path, depth - 1, *lastKey);
 
     // The renaming may have split pages above: find the way anew.
-    const Path now =
-        Descend([&](const IndexPage& page) { return page.ChildFor(page.LowerBound(target)); });
+    const Path now = PathTo(target);
     const auto place = std::find(now.begin(), now.end(), siblingPage);
     if (place == now.end())
         Fail(siblingPage, "een knoop van de index is niet te vinden");
