@@ -164,7 +164,8 @@ TEST(ShapeCollectionTest, IsWalkedInOrder)
 {
     double sum = 0;
     double factor = 1;
-    for (const auto& point : *Part({{1, 0}, {2, 0}, {3, 0}})) {
+    const auto part = Part({{1, 0}, {2, 0}, {3, 0}});
+    for (const auto& point : *part) {
         sum += factor * point->X();
         factor *= 10;
     }
