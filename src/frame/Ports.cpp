@@ -13,7 +13,8 @@ QString StatusBar::SetStatusBarText(const QString& text)
 
 QString StatusBar::SetStatusBarTextByNumber(const QString& number, const QStringList& arguments)
 {
-    return SetStatusBarTextByNumber(int(RoundToEven(ParseNumber(number).value_or(0))), arguments);
+    const double value = qBound(0.0, ParseNumber(number).value_or(0), 99999.0);
+    return SetStatusBarTextByNumber(int(RoundToEven(value)), arguments);
 }
 
 QString StatusBar::SetStatusBarTextByNumber(int number, const QStringList& arguments)
