@@ -208,8 +208,8 @@ private:
         // In the database a calculation without profile has ProfielId 0, which is
         // how it is found back; the file says -999.
         const int profielId = m_profiel.isEmpty() ? 0 : m_profielId;
-        const int id = m_database.AddBerekening(m_berekening.berekening, profielId,
-                                                m_omschrijving, m_overslagdebiet);
+        const int id = m_database.AddBerekening(m_berekening.berekening, profielId, m_omschrijving,
+                                                m_overslagdebiet);
         for (const double herhalingstijd : std::as_const(m_herhalingstijden))
             m_database.AddNewResultaatRecord(id, m_locatie, herhalingstijd);
         m_uit.Kop(kKopBerekening);
