@@ -17,7 +17,7 @@ void PrintRows(jet::Recordset& rows, RowFormat format, std::ostream& out)
     std::vector<std::string> keys; // what stands before each value
     std::string block;
     for (const jet::FieldDef& field : rows.Fields()) {
-        std::string key = keys.empty() ? "" : ",";
+        std::string key(keys.empty() ? 0u : 1u, ',');
         if (format == RowFormat::Json) {
             if (keys.empty())
                 key = "{";

@@ -4,7 +4,7 @@
 #include "jet/base/Text.h"
 #include "jet/catalog/CatalogParts.h"
 #include "jet/catalog/Clock.h"
-#include "jet/catalog/TableStorage.h"
+#include "jet/table/TableInternals.h"
 
 #include <algorithm>
 
@@ -202,7 +202,8 @@ void Catalog::Parts::Adopt(const TableEntry& entry, TableDefinition definition)
         return;
     if (const auto table = at->second.lock()) {
         FillProperties(definition, entry);
-        AdoptDefinition(*table, entry.name, std::move(definition));
+        table->Internals().name = entry.name;
+        table->Internals().SetDefinition(std::move(definition));
     }
 }
 

@@ -4,12 +4,12 @@
 #include "jet/base/Text.h"
 #include "jet/catalog/CatalogParts.h"
 #include "jet/catalog/Clock.h"
+#include "jet/catalog/FixedArea.h"
 #include "jet/catalog/Session.h"
 #include "jet/catalog/TableSpecs.h"
 #include "jet/catalog/TableStorage.h"
 
 #include <algorithm>
-#include <set>
 
 namespace jet {
 
@@ -162,14 +162,11 @@ void Catalog::Create(const TableSpec& spec)
     definition.page = parts.pages.Allocate().Number();
     definition.ownedMap = parts.pages.AllocateMap();
     definition.freeMap = parts.pages.AllocateMap();
-    for (Column& column : definition.columns) {
-        if (column.IsLongValue()) {
-            column.ownedMap = parts.pages.AllocateMap();
-            column.freeMap = parts.pages.AllocateMap();
-        }
-    }
+    for (Column& column : definition.columns)
+        if (column.IsLongValue())
+            MakeLongValueMaps(parts.pages, column);
     for (PhysicalIndex& physical : definition.physicalIndexes)
-        MakeEmptyTree(parts.pager, parts.pages, definition.page, physical);
+        MakeTree(parts.pager, parts.pages, definition.page, physical);
     WriteTableDefinition(parts.pager, parts.pages, definition);
 
     PropertyMap properties;
@@ -221,7 +218,7 @@ void Catalog::Drop(std::string_view table)
     for (const RowId row : RowsOfObject(*access, static_cast<std::int32_t>(entry.page)))
         access->Delete(row);
     parts.objects->Delete(entry.row);
-    FreeTable(parts.pager, parts.pages, definition);
+    ReleaseTable(parts.pager, parts.pages, definition);
     change.Done();
 
     parts.open.erase(entry.page);
@@ -268,12 +265,9 @@ void Catalog::AddColumns(std::string_view table, const std::vector<ColumnSpec>& 
     AppendColumns(definition, entry.name, columns, EndOfFixedArea(parts.pager, definition));
 
     AllOrNothing change(parts.pager);
-    for (std::size_t i = before; i < definition.columns.size(); ++i) {
-        if (definition.columns[i].IsLongValue()) {
-            definition.columns[i].ownedMap = parts.pages.AllocateMap();
-            definition.columns[i].freeMap = parts.pages.AllocateMap();
-        }
-    }
+    for (std::size_t i = before; i < definition.columns.size(); ++i)
+        if (definition.columns[i].IsLongValue())
+            MakeLongValueMaps(parts.pages, definition.columns[i]);
     WriteTableDefinition(parts.pager, parts.pages, definition);
     PropertyMap properties = parts.ReadProperties(entry);
     for (const ColumnSpec& column : columns)
@@ -336,7 +330,7 @@ void Catalog::DropColumn(std::string_view table, std::string_view column)
     AllOrNothing change(parts.pager);
     WriteTableDefinition(parts.pager, parts.pages, definition);
     if (dropped.IsLongValue())
-        FreeLongValues(parts.pager, parts.pages, dropped);
+        ReleaseLongValues(parts.pager, parts.pages, dropped);
     PropertyMap properties = parts.ReadProperties(entry);
     properties.RemoveOwner(dropped.name);
     parts.StoreProperties(entry, properties);
@@ -356,9 +350,11 @@ void Catalog::CreateIndex(std::string_view table, const IndexSpec& spec)
     AppendIndex(definition, entry.name, spec);
 
     AllOrNothing change(parts.pager);
-    PhysicalIndex& tree = definition.physicalIndexes.back();
-    MakeEmptyTree(parts.pager, parts.pages, definition.page, tree);
-    tree.distinctCount = FillTree(*opened, parts.pages, tree, spec.name);
+    PhysicalIndex& index = definition.physicalIndexes.back();
+    const SortedEntries entries(*opened, index, spec.name);
+    MakeTree(parts.pager, parts.pages, definition.page, index);
+    entries.FillTree(parts.pages, index);
+    index.distinctCount = entries.DistinctKeys();
     WriteTableDefinition(parts.pager, parts.pages, definition);
     parts.SchemaChanged(entry);
     change.Done();
@@ -393,7 +389,7 @@ void Catalog::DropIndex(std::string_view table, std::string_view index)
     AllOrNothing change(parts.pager);
     WriteTableDefinition(parts.pager, parts.pages, definition);
     if (!shared)
-        FreeTree(parts.pager, parts.pages, definition.page, tree);
+        ReleaseTree(parts.pager, parts.pages, definition.page, tree);
     parts.SchemaChanged(entry);
     change.Done();
 

@@ -339,19 +339,6 @@ void InsertAccess(Table& access)
     }
 }
 
-void AllocateMaps(PageAllocator& pages, TableDefinition& definition)
-{
-    definition.ownedMap = pages.AllocateMap();
-    definition.freeMap = pages.AllocateMap();
-    for (std::uint16_t number = 0; number < definition.maxColumns; ++number) {
-        Column& column = definition.columns[definition.FindColumnNumber(number)];
-        if (column.IsLongValue()) {
-            column.ownedMap = pages.AllocateMap();
-            column.freeMap = pages.AllocateMap();
-        }
-    }
-}
-
 void BuildSystemTables(Pager& pager, DateTime created)
 {
     PageAllocator pages(pager);
@@ -361,13 +348,15 @@ void BuildSystemTables(Pager& pager, DateTime created)
         table.page = pages.Allocate().Number();
     // All maps stand on page 6, each table's in the order rows, long values, indexes.
     for (TableDefinition& table : tables) {
-        AllocateMaps(pages, table);
+        table.ownedMap = pages.AllocateMap();
+        table.freeMap = pages.AllocateMap();
+        for (std::uint16_t number = 0; number < table.maxColumns; ++number) {
+            Column& column = table.columns[table.FindColumnNumber(number)];
+            if (column.IsLongValue())
+                MakeLongValueMaps(pages, column);
+        }
         for (PhysicalIndex& index : table.physicalIndexes)
-            index.ownedMap = pages.AllocateMap();
-    }
-    for (TableDefinition& table : tables) {
-        for (PhysicalIndex& index : table.physicalIndexes)
-            MakeEmptyTree(pager, pages, table.page, index);
+            MakeTree(pager, pages, table.page, index);
         WriteTableDefinition(pager, pages, table);
     }
     Table objects(pager, pages, "MSysObjects", tables[0]);

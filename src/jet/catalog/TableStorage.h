@@ -4,26 +4,37 @@
 
 namespace jet {
 
-// The pages that a table and its indexes take: made, found and given back.
+// The pages that a table and its indexes take: made, filled and given back.
 
-/// Makes an empty tree for index `physical` of a table whose definition stands,
-/// or will stand, at `owner`; with a map of its pages unless it has one already.
-void MakeEmptyTree(Pager& pager, PageAllocator& pages, PageNumber owner, PhysicalIndex& physical);
+/// Gives index `physical` of the table at `owner` a map and an empty tree.
+void MakeTree(Pager& pager, PageAllocator& pages, PageNumber owner, PhysicalIndex& physical);
 /// Gives the tree's pages and map back.
-void FreeTree(Pager& pager, PageAllocator& pages, PageNumber owner, const PhysicalIndex& physical);
-/// Enters all rows of `table` into the empty tree of `physical`, called `name`.
-/// Returns the number of distinct keys. Throws Duplicate, NullNotAllowed,
-/// TextNotIndexable, TooLong, naming the index.
-std::uint32_t FillTree(Table& table, PageAllocator& pages, const PhysicalIndex& physical,
-                       std::string_view name);
+void ReleaseTree(Pager& pager, PageAllocator& pages, PageNumber owner,
+                 const PhysicalIndex& physical);
 
+/// The entries that an index asks of the rows of a table, in order.
+class SortedEntries {
+public:
+    /// Throws Duplicate, NullNotAllowed, TextNotIndexable, TooLong, naming the
+    /// index; changes nothing.
+    SortedEntries(Table& table, const PhysicalIndex& physical, std::string_view name);
+
+    /// Puts them into the empty tree of `physical`.
+    void FillTree(PageAllocator& pages, const PhysicalIndex& physical) const;
+    std::uint32_t DistinctKeys() const { return m_distinct; }
+
+private:
+    Table& m_table;
+    Bytes m_bytes; ///< all entries; a million are sorted in memory
+    std::vector<std::span<const std::byte>> m_entries;
+    std::uint32_t m_distinct = 0;
+};
+
+/// Gives a memo or OLE column its two maps.
+void MakeLongValueMaps(PageAllocator& pages, Column& column);
 /// Gives the long values of a column back, and its maps.
-void FreeLongValues(Pager& pager, PageAllocator& pages, const Column& column);
+void ReleaseLongValues(Pager& pager, PageAllocator& pages, const Column& column);
 /// Everything of a table: rows, long values, trees, definition.
-void FreeTable(Pager& pager, PageAllocator& pages, const TableDefinition& definition);
-
-/// The first byte behind the fixed columns, those that were dropped included:
-/// where the next fixed column goes.
-std::size_t EndOfFixedArea(Pager& pager, const TableDefinition& definition);
+void ReleaseTable(Pager& pager, PageAllocator& pages, const TableDefinition& definition);
 
 } // namespace jet

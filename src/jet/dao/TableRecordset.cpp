@@ -41,9 +41,15 @@ void TableRecordset::Close()
 
 void TableRecordset::FileCloses() noexcept
 {
-    m_walk.reset();
+    LetGo();
     m_table.reset();
-    m_editing = Editing::No;
+}
+
+void TableRecordset::LetGo() const noexcept
+{
+    m_walk.reset();
+    m_pages.reset();
+    m_reader.reset();
 }
 
 bool TableRecordset::Uses(std::string_view table) const
@@ -53,6 +59,14 @@ bool TableRecordset::Uses(std::string_view table) const
 
 Table& TableRecordset::Rows() const
 {
+    // A roll-back may have taken the table away, or put another in its place.
+    if (m_table && m_schema != m_session->Tables().SchemaVersion()) {
+        LetGo();
+        Catalog& tables = m_session->Tables();
+        m_schema = tables.SchemaVersion();
+        if (!tables.HasTable(m_name) || tables.Open(m_name) != m_table)
+            m_table.reset();
+    }
     if (!m_table)
         throw Error(ErrorKind::Closed,
                     "De recordset op de tabel " + Quote(m_name) + " of zijn database is gesloten.");
@@ -108,6 +122,7 @@ bool TableRecordset::EndOfFile() const
 void TableRecordset::Leave(Place place)
 {
     m_walk.reset();
+    m_pages.reset();
     m_place = place;
     m_deleted = false;
     m_editing = Editing::No;
@@ -119,7 +134,6 @@ void TableRecordset::StandOn(RowId row)
     m_place = Place::OnRow;
     m_deleted = false;
     m_editing = Editing::No;
-    m_rowChanges = m_table->File().ChangeCount();
 }
 
 int TableRecordset::Physical() const
@@ -135,82 +149,28 @@ Row TableRecordset::CurrentKey() const
     return key;
 }
 
-void TableRecordset::ListRows()
-{
-    const std::uint64_t changes = m_table->File().ChangeCount();
-    if (!m_list.empty() && m_listChanges == changes)
-        return;
-    m_list.clear();
-    for (TableScan scan(*m_table); scan.Next();)
-        m_list.push_back(scan.Id());
-    m_listChanges = changes;
-}
-
 void TableRecordset::StartFromEnd(bool backwards)
 {
     m_walk = std::make_unique<Walk>();
     m_walk->backwards = backwards;
-    if (m_index >= 0) {
-        m_walk->stages.emplace_back(*m_table, Physical(), IndexRange{}, backwards);
-    } else if (!backwards) {
-        m_walk->pages.emplace(*m_table);
-    } else {
-        ListRows();
-        m_walk->listPlace = m_list.size();
-    }
+    m_walk->stages.emplace_back(*m_table, Physical(), IndexRange{}, backwards);
 }
 
 void TableRecordset::StartFromRow(bool backwards)
 {
     Walk walk;
     walk.backwards = backwards;
-    if (m_index >= 0) {
-        const Row key = m_deleted ? m_deletedKey : CurrentKey();
-        IndexRange beyond;
-        (backwards ? beyond.upper : beyond.lower) = key;
-        (backwards ? beyond.upperInclusive : beyond.lowerInclusive) = false;
-        walk.stages.emplace_back(*m_table, Physical(), IndexRange::Equal(key), backwards);
-        walk.stages.emplace_back(*m_table, Physical(), beyond, backwards);
-        walk.behind = m_row;
-    } else {
-        ListRows();
-        const auto at = backwards ? std::ranges::lower_bound(m_list, m_row)
-                                  : std::ranges::upper_bound(m_list, m_row);
-        walk.listPlace = static_cast<std::size_t>(at - m_list.begin()) + (backwards ? 0 : 1);
-    }
+    const Row key = m_deleted ? m_deletedKey : CurrentKey();
+    IndexRange beyond;
+    (backwards ? beyond.upper : beyond.lower) = key;
+    (backwards ? beyond.upperInclusive : beyond.lowerInclusive) = false;
+    walk.stages.emplace_back(*m_table, Physical(), IndexRange::Equal(key), backwards);
+    walk.stages.emplace_back(*m_table, Physical(), beyond, backwards);
+    walk.behind = m_row;
     m_walk = std::make_unique<Walk>(std::move(walk));
 }
 
-std::optional<RowId> TableRecordset::NextOfWalk()
-{
-    Walk& walk = *m_walk;
-    if (walk.pages)
-        return walk.pages->Next() ? std::optional(walk.pages->Id()) : std::nullopt;
-    if (m_index >= 0) {
-        while (!walk.stages.empty()) {
-            if (walk.stages.front().Next()) {
-                const RowId row = walk.stages.front().Id();
-                const bool passed =
-                    walk.behind && (walk.backwards ? row >= *walk.behind : row <= *walk.behind);
-                if (!passed)
-                    return row;
-            } else {
-                walk.stages.erase(walk.stages.begin());
-                walk.behind.reset();
-            }
-        }
-        return std::nullopt;
-    }
-    while (walk.listPlace >= 1 && walk.listPlace <= m_list.size()) {
-        const RowId row = m_list[walk.listPlace - 1];
-        walk.listPlace += walk.backwards ? -1 : 1;
-        if (m_table->Exists(row))
-            return row;
-    }
-    return std::nullopt;
-}
-
-bool TableRecordset::Step(bool backwards)
+std::optional<RowId> TableRecordset::NextOfIndex(bool backwards)
 {
     if (!m_walk || m_walk->backwards != backwards) {
         if (m_place == Place::OnRow)
@@ -218,7 +178,38 @@ bool TableRecordset::Step(bool backwards)
         else
             StartFromEnd(backwards);
     }
-    if (const auto row = NextOfWalk()) {
+    Walk& walk = *m_walk;
+    while (!walk.stages.empty()) {
+        if (walk.stages.front().Next()) {
+            const RowId row = walk.stages.front().Id();
+            const bool passed =
+                walk.behind && (backwards ? row >= *walk.behind : row <= *walk.behind);
+            if (!passed)
+                return row;
+        } else {
+            walk.stages.erase(walk.stages.begin());
+            walk.behind.reset();
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<RowId> TableRecordset::NextOfPages(bool backwards)
+{
+    if (!m_pages) {
+        m_pages = std::make_unique<TableScan>(*m_table, m_place == Place::After
+                                                            ? TableScan::Start::BehindLast
+                                                            : TableScan::Start::BeforeFirst);
+        if (m_place == Place::OnRow)
+            m_pages->StandOn(m_row);
+    }
+    const bool found = backwards ? m_pages->Previous() : m_pages->Next();
+    return found ? std::optional(m_pages->Id()) : std::nullopt;
+}
+
+bool TableRecordset::Step(bool backwards)
+{
+    if (const auto row = m_index >= 0 ? NextOfIndex(backwards) : NextOfPages(backwards)) {
         StandOn(*row);
         return true;
     }
@@ -309,9 +300,13 @@ Value TableRecordset::Get(int field) const
     if (m_editing != Editing::No)
         return m_buffer[static_cast<std::size_t>(field)];
     RequireRow();
-    if (m_walk && m_walk->pages && m_rowChanges == m_table->File().ChangeCount())
-        return m_walk->pages->Get(field);
-    return m_table->Get(m_row, field);
+    if (m_pages)
+        return m_pages->Get(field);
+    if (!m_reader)
+        m_reader = std::make_unique<RowReader>(*m_table);
+    if (m_reader->Id() != m_row && !m_reader->MoveTo(m_row))
+        return m_table->Get(m_row, field); // says what is the matter
+    return m_reader->Get(field);
 }
 
 void TableRecordset::Edit()

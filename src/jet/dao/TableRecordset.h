@@ -60,21 +60,20 @@ private:
     enum class Place { Before, OnRow, After, Empty, Nowhere };
     enum class Editing { No, Change, New };
 
-    /// The way from the current row onwards, kept so that the next step need not
-    /// search. In index order: the rest of the keys equal to the current one,
-    /// then the keys behind it. In page order: a scan, or places in a list.
+    /// The way on from the current row, kept so that the next step need not
+    /// search. In index order: the rest of the keys equal to the current one, then
+    /// the keys behind it.
     struct Walk {
         bool backwards = false;
-        std::vector<IndexScan> stages;  ///< the first is walked, then the next
-        std::optional<RowId> behind;    ///< the first stage gives only rows behind this one
-        std::optional<TableScan> pages; ///< forwards from the first row
-        std::size_t listPlace = 0;      ///< without stages and scan: next in m_list, from 1
+        std::vector<IndexScan> stages; ///< the first is walked, then the next
+        std::optional<RowId> behind;   ///< the first stage gives only rows behind this one
     };
 
     void FileCloses() noexcept override;
     bool Uses(std::string_view table) const override;
 
     Table& Rows() const; ///< throws Closed
+    void LetGo() const noexcept;
     void RequireRow() const;
     void RequireField(int field) const;
     void RequireUpdatable() const;
@@ -82,8 +81,8 @@ private:
     void StandOn(RowId row);
     void StartFromEnd(bool backwards);
     void StartFromRow(bool backwards);
-    void ListRows();
-    std::optional<RowId> NextOfWalk();
+    std::optional<RowId> NextOfIndex(bool backwards);
+    std::optional<RowId> NextOfPages(bool backwards);
     bool Step(bool backwards); ///< false = moved off the rows
     int Physical() const;
     Row CurrentKey() const;
@@ -91,7 +90,7 @@ private:
     Value Converted(int field, const Value& value) const;
 
     std::shared_ptr<Session> m_session;
-    std::shared_ptr<Table> m_table;
+    mutable std::shared_ptr<Table> m_table; // mutable: what Rows() renews after a roll-back
     std::string m_name;
     RecordsetOptions m_options;
     std::vector<FieldDef> m_fields;
@@ -104,10 +103,10 @@ private:
     Row m_deletedKey;       ///< its key in the current index
     std::optional<RowId> m_lastModified;
 
-    std::unique_ptr<Walk> m_walk;
-    std::uint64_t m_rowChanges = 0; ///< state of the file when the walk came to m_row
-    std::vector<RowId> m_list;      ///< all rows in page order, see ListRows
-    std::uint64_t m_listChanges = 0;
+    mutable std::unique_ptr<Walk> m_walk;        ///< in index order
+    mutable std::unique_ptr<TableScan> m_pages;  ///< in page order; stands on the current row
+    mutable std::unique_ptr<RowReader> m_reader; ///< reads the current row in index order
+    mutable std::uint64_t m_schema = 0;
 
     Editing m_editing = Editing::No;
     Row m_buffer;

@@ -1,6 +1,7 @@
 #include "jet/dao/Workspace.h"
 
 #include "jet/catalog/Session.h"
+#include "jet/upkeep/Compact.h"
 
 namespace jet {
 
@@ -40,6 +41,11 @@ void Workspace::Rollback()
 int Workspace::TransactionDepth() const
 {
     return m_group->Depth();
+}
+
+void CompactDatabase(const std::filesystem::path& path)
+{
+    CompactFile(path);
 }
 
 } // namespace jet

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+
+namespace jet {
+
+/// See Workspace.h. Objects that we do not understand come along row by row.
+/// Throws ReadOnly for a file that can only be read; the original is untouched
+/// by any error.
+void CompactFile(const std::filesystem::path& path);
+
+} // namespace jet
