@@ -1,16 +1,6 @@
 #include "frame/Fouten.h"
+#include "frame/Paths.h"
 #include "frame/QLMFile.h"
-
-#include <QDir>
-
-namespace {
-
-qsizetype LastSeparator(const QString& path)
-{
-    return qMax(path.lastIndexOf('\\'), path.lastIndexOf(QDir::separator()));
-}
-
-} // namespace
 
 QString CFileName::GetBaseName() const
 {

@@ -165,6 +165,11 @@ QString UncToDrive(const QString& path)
     return platform::UncToDrive(path);
 }
 
+qsizetype LastSeparator(const QString& path)
+{
+    return qMax(path.lastIndexOf('\\'), path.lastIndexOf(QDir::separator()));
+}
+
 QString AddBackslash(const QString& path)
 {
     return path.isEmpty() || EndsInSeparator(path) ? path : path + QDir::separator();

@@ -43,6 +43,9 @@ void SetProgramFolder(const QString& folder);
 /// anything else, and everything outside Windows, as it stands.
 [[nodiscard]] QString UncToDrive(const QString& path);
 
+/// Where the last "\" or separator of the platform stands; -1 without one.
+[[nodiscard]] qsizetype LastSeparator(const QString& path);
+
 /// Adds the platform's separator, unless the path is empty or ends in one.
 [[nodiscard]] QString AddBackslash(const QString& path);
 

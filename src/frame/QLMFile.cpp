@@ -17,11 +17,6 @@ namespace {
 
 constexpr int kReplaceQuestion = 5000;
 
-qsizetype LastSeparator(const QString& path)
-{
-    return qMax(path.lastIndexOf('\\'), path.lastIndexOf(QDir::separator()));
-}
-
 bool HasForbiddenCharacter(const QString& name)
 {
     static const QString forbidden = ";<=>?[]*";

@@ -4,6 +4,12 @@
 
 #include <QDir>
 
+#ifndef Q_OS_WIN
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
 class QLMIniFileTest : public FrameTest {
@@ -364,6 +370,55 @@ TEST_F(QLMIniFileTest, RaisesWhenAFileThatExistsCannotBeReadAndReadsItLater)
     }
     EXPECT_EQ(raised, RuntimeFout::FileAccess);
     EXPECT_EQ(ini.GetString("s", "a"), "1");
+}
+
+TEST_F(QLMIniFileTest, AFullDiscLeavesTheOldFile)
+{
+    const QByteArray old = "[s]\r\na=1";
+    Given(old);
+    QLMIniFile ini(File());
+    ini.SaveString("s", "b", QString(100'000, 'x'));
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 1000;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN); // fail the write instead
+    setrlimit(RLIMIT_FSIZE, &small);
+    const bool saved = ini.Save();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(Written(), old);
+    EXPECT_EQ(QDir(Folder()).entryList(QDir::Files | QDir::Hidden), QStringList{"test.ini"});
+    EXPECT_TRUE(ini.Save()) << "with room again";
+}
+
+TEST_F(QLMIniFileTest, AKilledProcessLeavesTheFileAsItWasBeforeOrAfterAWrite)
+{
+    const QByteArray filler = "\r\nvulling=" + QByteArray(200'000, 'x');
+    const auto content = [&filler](char version) {
+        return QByteArray("[s]\r\nversie=") + version + filler + "\r\neind=" + version;
+    };
+    Given(content('0'));
+    for (int round = 0; round < 10; ++round) {
+        const pid_t writer = fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0) {
+            for (int n = 0;; ++n) {
+                const QString version = QString::number(n % 10);
+                QLMIniFile ini(File());
+                ini.SaveString("s", "versie", version);
+                ini.SaveString("s", "eind", version);
+                ini.Save();
+            }
+        }
+        usleep(useconds_t(3000 + 1700 * round));
+        kill(writer, SIGKILL);
+        waitpid(writer, nullptr, 0);
+        const QByteArray found = Written();
+        ASSERT_GT(found.size(), 20);
+        EXPECT_TRUE(found == content(found.back())) << "half a file after round " << round;
+    }
 }
 #endif
 
