@@ -17,10 +17,10 @@ void PrintRows(jet::Recordset& rows, RowFormat format, std::ostream& out)
     std::vector<std::string> keys; // what stands before each value
     std::string block;
     for (const jet::FieldDef& field : rows.Fields()) {
-        std::string key(keys.empty() ? 0u : 1u, ',');
+        std::string key = format == RowFormat::Json ? "{" : "";
+        if (!keys.empty())
+            key = ",";
         if (format == RowFormat::Json) {
-            if (keys.empty())
-                key = "{";
             AppendJsonText(key, field.name);
             key += ':';
         } else {
