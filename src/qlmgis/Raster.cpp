@@ -86,7 +86,7 @@ void Raster::ReadPlace()
     m_fromBelow = transform[5] > 0;
     int hasNoData = 0;
     const double noData = m_dataset->GetRasterBand(1)->GetNoDataValue(&hasNoData);
-    if (hasNoData)
+    if (hasNoData && std::abs(noData) <= std::numeric_limits<float>::max())
         m_noData = static_cast<float>(noData);
 }
 
@@ -153,14 +153,17 @@ double Raster::Mean(double x1, double y1, double x2, double y2, int count)
         const bool last = i > 0 && i == count - 1;
         const double x = last ? x2 : x1 + (x2 - x1) * share;
         const double y = last ? y2 : y1 + (y2 - y1) * share;
-        // A cell holds its left and its lower border.
-        const double column = std::floor((x - m_left) / m_cellWidth);
-        const double row = m_fromBelow ? std::floor((y - m_top) / m_cellHeight)
-                                       : std::ceil((m_top - y) / m_cellHeight) - 1;
-        // Written so that a coordinate that is no number is outside, too.
-        if (!(column >= 0 && column < columns && row >= 0 && row < rows))
+        // A cell holds its left and its lower border. Written so that a
+        // coordinate that is no number is outside, too.
+        const double column = (x - m_left) / m_cellWidth;
+        const double row = (m_fromBelow ? y - m_top : m_top - y) / m_cellHeight;
+        if (!(column >= 0 && column < columns &&
+              (m_fromBelow ? row >= 0 && row < rows : row > 0 && row <= rows)))
             throw std::out_of_range(kOutside);
-        const float value = Value(static_cast<std::size_t>(column), static_cast<std::size_t>(row));
+        auto wholeRow = static_cast<std::size_t>(row);
+        if (!m_fromBelow && static_cast<double>(wholeRow) == row)
+            --wholeRow; // on a border: the row above it
+        const float value = Value(static_cast<std::size_t>(column), wholeRow);
         if (HasData(value)) {
             sum += double(value);
             ++valued;

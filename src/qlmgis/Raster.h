@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 #include <list>
 #include <memory>
 #include <string>
@@ -49,7 +51,11 @@ private:
     }
     float TileValue(std::size_t column, std::size_t row);
     const Tile& TileAt(std::size_t column, std::size_t row);
-    bool HasData(float value) const { return !(value != value) && value != m_noData; }
+    // The largest float stands for values beyond all numbers.
+    bool HasData(float value) const
+    {
+        return std::abs(value) < std::numeric_limits<float>::max() && value != m_noData;
+    }
 
     static constexpr std::size_t kTileSize = 256; // cells on each side
 

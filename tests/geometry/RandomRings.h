@@ -2,6 +2,7 @@
 
 #include "ShapeBytes.h"
 
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -18,6 +19,25 @@ public:
     int Whole(int low, int high)
     {
         return low + static_cast<int>(m_engine() % static_cast<std::uint64_t>(high - low + 1));
+    }
+
+    /// A shore as on maps, closed: bays within bays, each smaller and shallower,
+    /// down to a few points wide.
+    TestRing Coast(double x, double y, double radius, int points)
+    {
+        std::vector<std::array<double, 3>> waves; // count, depth, phase
+        for (double count = 3; count < points / 6.0; count *= 2)
+            waves.push_back({std::floor(count * Between(1, 1.5)), 0.25 / count, Unit() * 6});
+        TestRing ring;
+        for (int i = 0; i < points; ++i) {
+            const double angle = 2 * std::numbers::pi * i / points;
+            double r = 1;
+            for (const auto& [count, depth, phase] : waves)
+                r += depth * std::sin(count * angle + phase);
+            ring.push_back({x + radius * r * std::cos(angle), y + radius * r * std::sin(angle)});
+        }
+        ring.push_back(ring.front());
+        return ring;
     }
 
     /// A wrinkled, closed shore around (x, y): the distance to the shore wanders
