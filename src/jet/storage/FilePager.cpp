@@ -16,12 +16,6 @@ constexpr std::uint64_t kFileSizeLimit = 1u << 31;
 // Neighbouring changed pages go to the file in one write of at most this size.
 constexpr std::size_t kWriteBytes = 256u << 10;
 
-std::filesystem::path WithSuffix(std::filesystem::path path, const char* suffix)
-{
-    path += suffix;
-    return path;
-}
-
 /// Keeps an entry in memory while the cache may be making room.
 class Pin {
 public:
@@ -49,7 +43,7 @@ FilePager::FilePager(FileSystem& files, Opened opened, const PagerOptions& optio
       m_fileSize(std::uint64_t{m_pageCount} * m_pageSize),
       m_cache(m_pageSize, options.cacheBytes),
       m_journal(files, JournalPath(m_path), m_pageSize),
-      m_store(files, WithSuffix(m_path, "-savepoint"), m_pageSize, options.cacheBytes / 4)
+      m_store(files, SavepointPath(m_path), m_pageSize, options.cacheBytes / 4)
 {}
 
 FilePager::~FilePager()
@@ -58,9 +52,19 @@ FilePager::~FilePager()
         while (Depth() > 0 && !m_broken)
             Rollback();
         if (!m_broken)
-            m_journal.Remove();
+            RemoveJournal();
     } catch (const std::exception&) {
         // What could not be undone stands in the journal, for the next opener.
+    }
+}
+
+/// Between transactions the journal means nothing: that it cannot be removed is no
+/// reason to fail.
+void FilePager::RemoveJournal()
+{
+    try {
+        m_journal.Remove();
+    } catch (const Error&) {
     }
 }
 
@@ -118,9 +122,14 @@ PageCacheEntry* FilePager::Fetch(PageNumber page)
 
 PageCacheEntry* FilePager::NewEntry(PageNumber page)
 {
-    if (m_cache.IsFull() && !m_cache.MakeRoom() && m_changed) {
-        WriteDirtyPages(false);
-        m_cache.MakeRoom();
+    if (m_cache.IsFull()) {
+        // With few clean pages left the search for one gets long: better to write
+        // many at once.
+        const bool mostlyDirty = m_dirtyPages.size() > m_cache.Limit() / 4 * 3;
+        if ((mostlyDirty || !m_cache.MakeRoom()) && m_changed) {
+            WriteDirtyPages(false);
+            m_cache.MakeRoom();
+        }
     }
     return m_cache.Insert(page);
 }
@@ -330,13 +339,22 @@ void FilePager::Rollback()
         m_levels.pop_back();
         RequireUsable();
     }
+    if (m_failedDepth != 0 && m_failedDepth < depth) {
+        // An outer level has failed as well and will be undone as a whole.
+        m_levels.pop_back();
+        return;
+    }
     try {
         if (depth > 1)
             RollbackInner();
         else
             RollbackOutermost();
     } catch (...) {
-        m_broken = true;
+        // The outermost roll-back takes all from the journal and can still mend this.
+        if (depth > 1)
+            m_failedDepth = 1;
+        else
+            m_broken = true;
         throw;
     }
     if (m_failedDepth >= depth)
@@ -423,12 +441,15 @@ void FilePager::EndTransaction()
     m_levels.clear();
     m_dirtyPages.clear();
     m_spilled.Clear();
-    m_store.Clear();
     m_fileTouched = false;
     m_failedDepth = 0;
-    if (m_changed && m_sharing == Sharing::Shared)
+    if (m_changed && m_sharing == Sharing::Shared) {
+        // Whoever comes in now must not take our journal for one left behind.
+        RemoveJournal();
         m_file->TryLock(Sharing::Shared);
+    }
     m_changed = false;
+    m_store.Clear();
 }
 
 void FilePager::Fail()

@@ -13,6 +13,9 @@
 
 namespace jet {
 
+/// Where images of nested transactions go when they take too much memory.
+std::filesystem::path SavepointPath(std::filesystem::path database);
+
 /// The Pager over one open file; see there for what it promises.
 ///
 /// The outermost level of a transaction keeps old content in the journal only.
@@ -93,6 +96,7 @@ private:
     void DropPagesFrom(PageNumber first);
     void ForgetChanges();
     void EndTransaction();
+    void RemoveJournal();
 
     FileSystem& m_files;
     std::filesystem::path m_path;

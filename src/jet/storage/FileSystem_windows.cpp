@@ -31,7 +31,6 @@ namespace {
         throw Error(ErrorKind::AlreadyExists, "Het bestand " + name + " bestaat al.");
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED:
         throw Error(ErrorKind::DiskFull, "De schijf is vol; " + what + " " + name + " mislukt.");
     default:
         throw Error(ErrorKind::Io,

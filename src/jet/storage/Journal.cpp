@@ -148,12 +148,27 @@ void Journal::WriteHeader()
     m_headerWritten = true;
 }
 
+void Journal::Create()
+{
+    try {
+        m_files.Remove(m_path); // what an earlier process left means nothing by now
+        m_file = m_files.Open(m_path, FileSystem::Mode::CreateNew, Sharing::Exclusive);
+    } catch (const Error& error) {
+        if (error.Kind() != ErrorKind::AccessDenied)
+            throw;
+        throw Error(ErrorKind::AccessDenied,
+                    "De database kan niet worden gewijzigd, omdat er geen herstelbestand naast mag"
+                    " staan: " +
+                        std::string(error.what()));
+    }
+    m_folderSynced = false;
+    m_endSynced = true;
+}
+
 void Journal::WriteBuffer()
 {
     if (!m_file) {
-        m_files.Remove(m_path); // what an earlier process left means nothing by now
-        m_file = m_files.Open(m_path, FileSystem::Mode::CreateNew, Sharing::Exclusive);
-        m_folderSynced = false;
+        Create();
     }
     // The end of the transaction before must be on disk before its records are
     // overwritten: with its header still valid they would be half a journal.
@@ -213,8 +228,12 @@ void Journal::End(Flush flush)
     m_active = false;
     m_records.Clear();
     m_buffer.clear();
-    if (m_file && RecordOffset(m_written) > kKeptBytes)
-        Remove();
+    if (m_file && RecordOffset(m_written) > kKeptBytes) {
+        try {
+            Remove();
+        } catch (const Error&) { // it means nothing any more, however large it is
+        }
+    }
 }
 
 void Journal::Remove()

@@ -64,6 +64,7 @@ public:
 
 private:
     std::uint64_t RecordOffset(std::uint32_t index) const;
+    void Create();
     void WriteBuffer();
     void WriteHeader();
 

@@ -91,6 +91,8 @@ RowId PageAllocator::AllocateMap(PageNumber tryFirst)
         if (number < 2 || number >= m_pager.PageCount())
             return std::nullopt;
         const PageView view = m_pager.Read(number);
+        if (GetU8(view.Data(), 0) != 0x01)
+            return std::nullopt;
         const MapPage page(m_pager, number, view.Data());
         return page.IsForNewMaps() ? page.RoomFor(length) : std::nullopt;
     };

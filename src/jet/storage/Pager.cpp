@@ -67,6 +67,12 @@ std::filesystem::path JournalPath(std::filesystem::path database)
     return database;
 }
 
+std::filesystem::path SavepointPath(std::filesystem::path database)
+{
+    database += "-savepoint";
+    return database;
+}
+
 bool HasSharedUsers(FileSystem& files, std::filesystem::path database)
 {
     // Programs that share a database keep this file beside it, locked.
@@ -155,6 +161,8 @@ std::unique_ptr<Pager> Pager::Open(FileSystem& files, const std::filesystem::pat
         opened.whyReadOnly =
             "De database " + Utf8FromPath(path) + " is alleen geopend om te lezen.";
 
+    if (mayWrite && options.sharing == Sharing::Exclusive)
+        files.Remove(SavepointPath(opened.path)); // left by a process that was killed
     opened.overlay = TakeUpLeftJournal(files, opened, mayWrite, options.sharing);
     const std::uint64_t size = opened.overlay ? opened.overlay->OldSize() : opened.file->Size();
     if (size % pageSize != 0)

@@ -231,7 +231,9 @@ bool UsageMap::SetInline(PageNumber page, bool member, const Growth& growth)
     for (auto bit = FindBit(bitmap, 0); bit; bit = FindBit(bitmap, *bit + 1))
         PutBit(newBitmap, first + *bit - newFirst, true);
     if (growth.membersBehindEnd) {
-        for (std::size_t p = first + bitmap.size() * 8; p - newFirst < newBitmap.size() * 8; ++p)
+        // Pages that exist already and that the map knew nothing of are taken for used.
+        std::size_t p = std::max<std::size_t>(first + bitmap.size() * 8, m_pager->PageCount());
+        for (; p - newFirst < newBitmap.size() * 8; ++p)
             PutBit(newBitmap, p - newFirst, true);
     }
     PutBit(newBitmap, page - newFirst, member);
@@ -262,8 +264,8 @@ void UsageMap::GoOverToReferences(const Growth& growth)
             SetReferenced(static_cast<PageNumber>(first + *bit), true, growth);
         return;
     }
-    // New bitmap pages of the global map say "free" for everything; what stands
-    // below or inside the old range says otherwise.
+    // What stands below or inside the old range is known; behind it the new bitmap
+    // pages are right as they come.
     const auto oldEnd = static_cast<PageNumber>(first + bitmap.size() * 8);
     for (PageNumber page = 0; page < oldEnd; ++page)
         SetReferenced(page, page >= first && BitAt(bitmap, page - first), growth);
@@ -287,8 +289,12 @@ void UsageMap::SetReferenced(PageNumber page, bool member, const Growth& growth)
             return;
         const PageEdit bitmap = growth.newPage();
         reference = bitmap.Number();
-        std::fill(bitmap.Data().begin(), bitmap.Data().end(),
-                  growth.membersBehindEnd ? std::byte{0xFF} : std::byte{0});
+        std::fill(bitmap.Data().begin(), bitmap.Data().end(), std::byte{0});
+        if (growth.membersBehindEnd) {
+            const std::size_t end = (k + 1) * per;
+            for (std::size_t p = std::max<std::size_t>(k * per, m_pager->PageCount()); p < end; ++p)
+                PutBit(bitmap.Data().subspan(kBitmapStart), p % per, true);
+        }
         PutU32(bitmap.Data(), 0, 0x0105);
         PutU32(m_pager->Write(m_where.page).Data(), place, reference);
     }
