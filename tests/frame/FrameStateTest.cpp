@@ -1,10 +1,13 @@
 // Busy count, map extent, status bar, global objects.
 #include "frame/Busy.h"
 #include "frame/MapExtent.h"
+#include "frame/Platform.h"
 #include "frame/Ports.h"
 #include "frame/QLMIniFile.h"
 
 #include "FrameTestTools.h"
+
+#include <QElapsedTimer>
 
 #include <vector>
 
@@ -173,4 +176,15 @@ TEST_F(FrameStateTest, AGlobalMayReferToAnObjectThatSomebodyElseOwns)
     gIniFile.Release();
     own.SaveString("a", "b", "c"); // still alive
     EXPECT_TRUE(own.Save());
+}
+
+TEST(ScreenSaver, IsSwitchedWithoutWaitingForADesktop)
+{
+    QElapsedTimer timer;
+    timer.start();
+    platform::SetScreenSaverActive(true); // nothing was inhibited
+    platform::SetScreenSaverActive(false);
+    platform::SetScreenSaverActive(false);
+    platform::SetScreenSaverActive(true);
+    EXPECT_LT(timer.elapsed(), 1000);
 }
