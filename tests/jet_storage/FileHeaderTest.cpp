@@ -40,7 +40,7 @@ void ExpectRefused(const Bytes& start, ErrorKind kind, const std::string& reason
 
 Bytes Sample(const std::string& name)
 {
-    std::ifstream file(std::string(TEST_DATA_FOLDER) + "/jet/" + name, std::ios::binary);
+    std::ifstream file(std::string(TEST_DATA_FOLDER) + "/jet/samples/" + name, std::ios::binary);
     EXPECT_TRUE(file) << name;
     Bytes bytes(4096);
     file.read(reinterpret_cast<char*>(bytes.data()), 4096);
