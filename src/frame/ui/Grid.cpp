@@ -1,5 +1,7 @@
 #include "frame/ui/Grid.h"
 
+#include "frame/Convert.h"
+#include "frame/Globals.h"
 #include "frame/ui/FormUnits.h"
 #include "frame/ui/GridDelegate.h"
 
@@ -293,6 +295,15 @@ Grid::EditVerdict Grid::Check(int row, int column, QString& text)
 
 bool Grid::Enter(int row, int column, QString text)
 {
+    const ColumnKind kind = At(column).kind;
+    if ((kind == ColumnKind::Whole || kind == ColumnKind::Decimal) && !text.trimmed().isEmpty()) {
+        if (!IsNumeric(text)) {
+            QApplication::beep();
+            return false;
+        }
+        text = text.trimmed();
+        text.replace('.', gConvert().DecimalSign()).replace(',', gConvert().DecimalSign());
+    }
     if (Check(row, column, text) != EditVerdict::Accepted)
         return false;
     setText(row, column, text);

@@ -1,0 +1,123 @@
+#include "frame/ui/LogBox.h"
+#include "frame/ui/MessageBoxes.h"
+#include "frame/ui/QtTexts.h"
+
+#include "BoxReader.h"
+#include "Installation.h"
+#include "frame/Busy.h"
+#include "frame/Fouten.h"
+#include "frame/Texts.h"
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class WindowPartsTest : public testing::Test {
+protected:
+    WindowPartsTest() { InstallWindowParts(); }
+    ~WindowPartsTest() override
+    {
+        gBoxes.Release();
+        SetCursorHook({});
+    }
+
+    Installation m_installation;
+};
+
+TEST_F(WindowPartsTest, TheHourglassStaysUntilTheOutermostOperationEnds)
+{
+    SetBusy();
+    SetBusy();
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    ResetBusy();
+    EXPECT_NE(QApplication::overrideCursor(), nullptr);
+    ResetBusy();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    ResetBusy();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(WindowPartsTest, ABoxShownWhileBusyHasAnArrow)
+{
+    Qt::CursorShape shape = Qt::BlankCursor;
+    BusyScope busy;
+    DialogDriver driver([&](QDialog& dialog) {
+        shape = QApplication::overrideCursor()->shape();
+        dialog.accept();
+    });
+    WrappedOkBox(nullptr, "t", "x");
+    EXPECT_EQ(shape, Qt::ArrowCursor);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+}
+
+TEST_F(WindowPartsTest, CodeWithoutWindowsAsksThroughThePort)
+{
+    BoxReader boxes;
+    boxes.Press("Ja");
+    EXPECT_EQ(gBoxes().AskQuestion(101, {"x"}), Answer::Yes);
+    gBoxes().ShowFout(5003, {});
+    gBoxes().ShowMessage(5001, {});
+    gBoxes().ReportError(Fout(1, "stuk"));
+    EXPECT_EQ(boxes.Texts(), (QStringList{QuestionText(101, {"x"}), FoutText(5003),
+                                          MessageText(5001), "stuk"}));
+}
+
+TEST_F(WindowPartsTest, ALogBoxIsReadOnlyDoesNotWrapAndShowsItsEnd)
+{
+    QPlainTextEdit edit;
+    edit.resize(200, 100);
+    edit.show();
+    LogBox log(&edit);
+    for (int i = 0; i < 100; ++i)
+        log.Append("regel " + QString::number(i) + "\r\n");
+    EXPECT_TRUE(edit.isReadOnly());
+    EXPECT_EQ(edit.lineWrapMode(), QPlainTextEdit::NoWrap);
+    EXPECT_EQ(edit.verticalScrollBar()->value(), edit.verticalScrollBar()->maximum());
+    EXPECT_GT(edit.verticalScrollBar()->maximum(), 0);
+    EXPECT_TRUE(log.Text().startsWith("regel 0\r\nregel 1\r\n"));
+    EXPECT_TRUE(log.Text().endsWith("regel 99\r\n"));
+}
+
+TEST_F(WindowPartsTest, ALogBoxTakesPiecesOfALine)
+{
+    QPlainTextEdit edit;
+    LogBox log(&edit);
+    log.Append("half");
+    log.Append("weg\r\nklaar");
+    EXPECT_EQ(log.Text(), "halfweg\r\nklaar");
+    log.SetText("nieuw");
+    EXPECT_EQ(log.Text(), "nieuw");
+    log.Clear();
+    EXPECT_EQ(log.Text(), "");
+}
+
+TEST_F(WindowPartsTest, ALogBoxOutlivesItsWidget)
+{
+    auto edit = std::make_unique<QPlainTextEdit>();
+    LogBox log(edit.get());
+    edit.reset();
+    log.Append("x");
+    EXPECT_EQ(log.Text(), "");
+}
+
+TEST_F(WindowPartsTest, TheMenuOfATextBoxIsDutch)
+{
+    InstallQtTexts();
+    QLineEdit edit("tekst");
+    const std::unique_ptr<QMenu> menu(edit.createStandardContextMenu());
+    QStringList texts;
+    for (const QAction* action : menu->actions())
+        texts.append(action->text().section('\t', 0, 0).remove('&'));
+    EXPECT_TRUE(texts.contains("Plakken"));
+    EXPECT_TRUE(texts.contains("Kopiëren"));
+    EXPECT_TRUE(texts.contains("Alles selecteren"));
+    EXPECT_FALSE(texts.contains("Paste"));
+}
+
+} // namespace
