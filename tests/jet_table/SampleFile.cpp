@@ -1,5 +1,8 @@
 #include "SampleFile.h"
 
+#include <fstream>
+#include <iterator>
+
 SampleFile::SampleFile(const std::string& name)
     : SampleFile(Folder() / (name + ".mdb"), jet::Access::ReadOnly)
 {}
@@ -50,4 +53,12 @@ std::vector<std::string> SampleFile::Names()
     for (const char* jet3 : {"compIndexV1997", "indexCodesV1997", "indexV1997"})
         names.emplace_back(jet3);
     return names;
+}
+
+jet::Bytes ReadWholeFile(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(file), {}};
+    const auto* begin = reinterpret_cast<const std::byte*>(content.data());
+    return jet::Bytes(begin, begin + content.size());
 }

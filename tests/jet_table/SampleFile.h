@@ -34,3 +34,5 @@ private:
     std::unique_ptr<jet::PageAllocator> m_pages;
     std::vector<std::pair<std::string, jet::PageNumber>> m_tables;
 };
+
+jet::Bytes ReadWholeFile(const std::filesystem::path& path);

@@ -6,13 +6,15 @@
 
 using namespace jet;
 
+namespace {
+constexpr const char* kPath = "/scratch.mdb";
+}
+
 ScratchFile::ScratchFile() : ScratchFile("adox_jet4") {}
 
 ScratchFile::ScratchFile(const std::string& sample)
 {
-    std::filesystem::copy_file(SampleFile::Folder() / (sample + ".mdb"), Path());
-    std::filesystem::permissions(Path(), std::filesystem::perms::owner_write,
-                                 std::filesystem::perm_options::add);
+    m_files.Put(kPath, ReadWholeFile(SampleFile::Folder() / (sample + ".mdb")));
     Reopen();
 }
 
@@ -20,7 +22,7 @@ void ScratchFile::Reopen()
 {
     m_pages.reset();
     m_pager.reset();
-    m_pager = Pager::Open(FileSystem::System(), Path(), {});
+    m_pager = Pager::Open(m_files, kPath, {});
     m_pages = std::make_unique<PageAllocator>(*m_pager);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TemporaryFolder.h"
+#include "MemoryFileSystem.h"
 
 #include "jet/table/TableInternals.h"
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// A copy of an empty database to try things in.
+/// A copy of an empty database, in memory, to try things in.
 class ScratchFile {
 public:
     ScratchFile();
@@ -17,12 +17,11 @@ public:
 
     jet::Pager& Pager() { return *m_pager; }
     jet::PageAllocator& Pages() { return *m_pages; }
-    std::filesystem::path Path() const { return m_folder / "scratch.mdb"; }
     /// Closes and opens again, so that nothing kept in memory can help.
     void Reopen();
 
 private:
-    TemporaryFolder m_folder;
+    jet_testing::MemoryFileSystem m_files;
     std::unique_ptr<jet::Pager> m_pager;
     std::unique_ptr<jet::PageAllocator> m_pages;
 };
