@@ -62,7 +62,9 @@ TEST_F(IndexedSearchTest, EqualsThePlainSearchOnWrinkledShoresWithIslands)
     for (int basin = 0; basin < 12; ++basin) {
         const double x = random.Between(10000, 280000);
         const double y = random.Between(300000, 620000);
-        TestPolygon rings{random.Shore(x, y, 5000, random.Whole(50, 3000), random.Unit())};
+        TestPolygon rings{basin % 2
+                              ? random.Coast(x, y, 5000, random.Whole(50, 5000))
+                              : random.Shore(x, y, 5000, random.Whole(50, 3000), random.Unit())};
         for (int island = random.Whole(0, 6); island > 0; --island)
             rings.push_back(random.Shore(x + random.Between(-3000, 3000),
                                          y + random.Between(-3000, 3000), random.Between(50, 600),
