@@ -1,25 +1,21 @@
 #include "jet/dao/SqlPort.h"
 
+#include "jet/dao/StatementRecordset.h"
+#include "jet/sql/Statements.h"
+
 namespace jet {
 
-namespace {
-
-[[noreturn]] void RefuseStatements()
+int ExecuteStatement(const std::shared_ptr<Session>& session, std::string_view statement)
 {
-    throw Error(ErrorKind::NotSupported, "Deze versie voert nog geen SQL-opdrachten uit.");
+    const std::shared_ptr<sql::Engine> engine = sql::Engine::Of(*session);
+    return sql::Execute(*engine, statement);
 }
 
-} // namespace
-
-int ExecuteStatement(const std::shared_ptr<Session>&, std::string_view)
+std::unique_ptr<Recordset> OpenStatement(const std::shared_ptr<Session>& session,
+                                         std::string_view source, RecordsetType type,
+                                         RecordsetOptions options)
 {
-    RefuseStatements();
-}
-
-std::unique_ptr<Recordset> OpenStatement(const std::shared_ptr<Session>&, std::string_view,
-                                         RecordsetType, RecordsetOptions)
-{
-    RefuseStatements();
+    return std::make_unique<StatementRecordset>(session, source, type, options);
 }
 
 } // namespace jet
