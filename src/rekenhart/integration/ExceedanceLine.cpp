@@ -181,7 +181,7 @@ double ExceedanceLine::Quantile(double years)
 {
     // The bracket is cut in 2^n equal cells of at most 0.1 mm, as halving it would
     // do, and the cell that holds the root is looked for by secants in ln F, which
-    // takes a third of the evaluations. Every third step halves, because F jumps
+    // takes about half the evaluations. Every third step halves, because F jumps
     // where there is no wind effect.
     const double wanted = 1 / years;
     double cells = 1;
