@@ -129,7 +129,7 @@ TEST_F(ChartTest, AUnitBecomesAsLongOnBothAxes)
 TEST_F(ChartTest, TheClipboardGetsAPictureOnWhite)
 {
     QPalette dark = m_chart.palette();
-    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Base, QColor(30, 60, 90));
     dark.setColor(QPalette::Text, Qt::white);
     m_chart.setPalette(dark);
     m_chart.AddSeries("a", {{0, 0}, {1, 1}}, {Qt::red, 3, false});
@@ -139,9 +139,9 @@ TEST_F(ChartTest, TheClipboardGetsAPictureOnWhite)
     ASSERT_FALSE(picture.isNull());
     EXPECT_EQ(picture.pixelColor(1, 1), QColor(Qt::white));
     EXPECT_GT(Count(picture, Qt::red), 100);
-    EXPECT_EQ(Count(picture, QColor(30, 30, 30)), 0);
+    EXPECT_EQ(Count(picture, QColor(30, 60, 90)), 0);
     m_chart.Repaint();
-    EXPECT_EQ(m_chart.grab().toImage().pixelColor(2, 2), QColor(30, 30, 30));
+    EXPECT_EQ(m_chart.grab().toImage().pixelColor(2, 2), QColor(30, 60, 90));
 }
 
 TEST_F(ChartTest, BlackLinesAreSeenInADarkWindow)
@@ -177,8 +177,8 @@ TEST_F(ChartTest, PdfAndPrintFillAPage)
     printer.setOutputFileName(printed);
     m_chart.PrintOn(printer);
     EXPECT_GT(QFile(printed).size(), 1000);
-    EXPECT_FALSE(m_chart.ExportPdf(
-        QString::fromStdString((folder / "geen map/grafiek.pdf").string())));
+    EXPECT_FALSE(
+        m_chart.ExportPdf(QString::fromStdString((folder / "geen map/grafiek.pdf").string())));
 }
 
 TEST_F(ChartTest, HeadingAndAxisTitlesComeAndGo)

@@ -106,19 +106,24 @@ TEST_F(FileBoxTest, LeftIsToldWhenTheFocusGoesOutside)
 
 TEST_F(FileBoxTest, PropertiesCarryTheNamesThatFormsUse)
 {
-    for (const char* name :
-         {"Appearance", "BackColor", "BasePath", "BorderStyle", "Caption", "DialogPosition",
-          "DialogTitle", "Enabled", "Filters", "Font", "ForeColor", "FileMustExist",
-          "FileOpenDialog", "GetRelativeFileName", "InitialDir", "LeftTextBox", "TextboxLocked",
-          "text", "TooltipTextbox", "TooltipCommandButton"})
+    for (const char* name : {"Appearance",     "BackColor",
+                             "BasePath",       "BorderStyle",
+                             "Caption",        "DialogPosition",
+                             "DialogTitle",    "Enabled",
+                             "Filters",        "Font",
+                             "ForeColor",      "FileMustExist",
+                             "FileOpenDialog", "GetRelativeFileName",
+                             "InitialDir",     "LeftTextBox",
+                             "TextboxLocked",  "text",
+                             "TooltipTextbox", "TooltipCommandButton"})
         EXPECT_GE(m_box.metaObject()->indexOfProperty(name), 0) << name;
 }
 
 TEST_F(FileBoxTest, FiltersComeInPairsPartedByBarsOrNuls)
 {
     EXPECT_EQ(DialogFilter("Shapebestanden (*.shp)|*.shp"), "Shapebestanden (*.shp)");
-    EXPECT_EQ(DialogFilter(QString("Kaarten") + QChar(u'\0') + "*.shp;*.asc" + QChar(u'\0')
-                           + "Alles (*.*)" + QChar(u'\0') + "*.*"),
+    EXPECT_EQ(DialogFilter(QString("Kaarten") + QChar(u'\0') + "*.shp;*.asc" + QChar(u'\0') +
+                           "Alles (*.*)" + QChar(u'\0') + "*.*"),
               "Kaarten (*.shp *.asc);;Alles (*)");
     EXPECT_EQ(DialogFilter(""), "");
     EXPECT_EQ(DialogFilter("zonder patroon"), "");

@@ -175,8 +175,7 @@ TEST_F(GridTest, CopyGivesTabsAndLineEnds)
     m_grid.setChecked(1, 2, true);
     m_grid.setRangeSelected(QTableWidgetSelectionRange(0, 0, 1, 2), true);
     Key(Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text().replace("\r\n", "|"),
-              "noord\t1,5\t0|zuid\t2,5\t1");
+    EXPECT_EQ(QApplication::clipboard()->text().replace("\r\n", "|"), "noord\t1,5\t0|zuid\t2,5\t1");
     EXPECT_EQ(m_grid.SelectedText(), "noord\t1,5\t0\r\nzuid\t2,5\t1");
     EXPECT_EQ(m_grid.AllText(), "noord\t1,5\t0\tgras\r\nzuid\t2,5\t1\tsteen");
 }
@@ -281,8 +280,8 @@ TEST_F(GridTest, ShowRowMakesItCurrent)
         m_grid.AddRow({QString::number(i)});
     m_grid.ShowRow(90);
     EXPECT_EQ(m_grid.currentRow(), 90);
-    EXPECT_TRUE(m_grid.viewport()->rect().intersects(
-        m_grid.visualRect(m_grid.model()->index(90, 0))));
+    EXPECT_TRUE(
+        m_grid.viewport()->rect().intersects(m_grid.visualRect(m_grid.model()->index(90, 0))));
 }
 
 } // namespace

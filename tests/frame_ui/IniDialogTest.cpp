@@ -154,7 +154,8 @@ TEST_F(IniDialogTest, TheFormComesBackWhereTheUserLeftIt)
     {
         frmProef form;
         Show(form);
-        form.setGeometry(70, 80, 260, 190);
+        form.move(70, 80);
+        form.resize(260, 190);
         form.reject();
     }
     frmProef form;
@@ -165,9 +166,9 @@ TEST_F(IniDialogTest, TheFormComesBackWhereTheUserLeftIt)
 
 TEST_F(IniDialogTest, ThePlaceIsStoredByEveryWayOut)
 {
-    for (const auto& leave : {+[](frmProef& form) { form.ok->click(); },
-                              +[](frmProef& form) { form.cancel->click(); },
-                              +[](frmProef& form) { form.close(); }}) {
+    for (const auto& leave :
+         {+[](frmProef& form) { form.ok->click(); }, +[](frmProef& form) { form.cancel->click(); },
+          +[](frmProef& form) { form.close(); }}) {
         frmProef form;
         Show(form);
         form.move(30, 40);

@@ -36,7 +36,25 @@ TEST_F(KeyFiltersTest, ADecimalNumberTakesEitherSignAndShowsTheSystems)
     AttachNumberFilter(&m_edit, {DataTypes::Double});
     EXPECT_EQ(Typed("1.5"), "1,5");
     EXPECT_EQ(Typed("1,5"), "1,5");
-    EXPECT_EQ(Typed("1,5e-3"), "1,5e-3");
+    EXPECT_EQ(Typed("1,5e3"), "1,53"); // an exponent cannot be typed
+}
+
+TEST_F(KeyFiltersTest, AnExponentCanBePasted)
+{
+    AttachNumberFilter(&m_edit, {DataTypes::Double, -1, 1});
+    QApplication::clipboard()->setText("1.5e-3");
+    QTest::keyClick(&m_edit, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(m_edit.text(), "1,5e-3");
+}
+
+TEST_F(KeyFiltersTest, WhatTheProgramPutsThereIsLeftAlone)
+{
+    AttachNumberFilter(&m_edit, {DataTypes::Double});
+    m_edit.setText("1,5e-7");
+    EXPECT_EQ(m_edit.text(), "1,5e-7");
+    m_edit.setCursorPosition(0);
+    QTest::keyClicks(&m_edit, "x");
+    EXPECT_EQ(m_edit.text(), "1,5e-7");
 }
 
 TEST_F(KeyFiltersTest, ANumberTooLargeForItsTypeIsPutBack)

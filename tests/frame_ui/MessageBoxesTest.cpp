@@ -26,7 +26,7 @@ TEST_F(MessageBoxesTest, AMessageShowsItsTextInLinesWithItsArguments)
 {
     Text("Messages", "msg.0900", "Eerste %1|tweede %2");
     ShowMessageForm(nullptr, 900, {"a", "b"});
-    EXPECT_EQ(m_boxes.Texts(), QStringList{"Eerste a\ntweede b"});
+    EXPECT_EQ(m_boxes.Texts(), QStringList{"Eerste a\r\ntweede b"});
     EXPECT_EQ(m_boxes.Titles(), QStringList{"Zandvoet"});
     EXPECT_EQ(m_boxes.Icons(), QList{QMessageBox::Information});
 }
@@ -138,7 +138,7 @@ TEST_F(MessageBoxesTest, TheOwnerOfABoxIsTheWindowOfTheForm)
 TEST_F(MessageBoxesTest, ReportErrorShowsTheDescriptionInLines)
 {
     ReportError(Fout(FoutCode(1), "regel een|regel twee||"));
-    EXPECT_EQ(m_boxes.Texts(), QStringList{"regel een\nregel twee|"});
+    EXPECT_EQ(m_boxes.Texts(), QStringList{"regel een\r\nregel twee|"});
     EXPECT_EQ(m_boxes.Icons(), QList{QMessageBox::Critical});
 }
 

@@ -64,8 +64,8 @@ TEST_F(WindowPartsTest, CodeWithoutWindowsAsksThroughThePort)
     gBoxes().ShowFout(5003, {});
     gBoxes().ShowMessage(5001, {});
     gBoxes().ReportError(Fout(1, "stuk"));
-    EXPECT_EQ(boxes.Texts(), (QStringList{QuestionText(101, {"x"}), FoutText(5003),
-                                          MessageText(5001), "stuk"}));
+    EXPECT_EQ(boxes.Texts(),
+              (QStringList{QuestionText(101, {"x"}), FoutText(5003), MessageText(5001), "stuk"}));
 }
 
 TEST_F(WindowPartsTest, ALogBoxIsReadOnlyDoesNotWrapAndShowsItsEnd)

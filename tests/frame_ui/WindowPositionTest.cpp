@@ -17,7 +17,10 @@ protected:
         m_form.setObjectName("frmProef");
         m_form.resize(300, 200);
     }
-    QString Stored(const QString& key) { return gIniFile().GetString("SETTINGS", "frmProef" + key); }
+    QString Stored(const QString& key)
+    {
+        return gIniFile().GetString("SETTINGS", "frmProef" + key);
+    }
     void Store(const QString& key, const QString& value)
     {
         gIniFile().SaveString("SETTINGS", "frmProef" + key, value);

@@ -23,6 +23,7 @@ public:
 
     void Press(const QString& buttonText) { m_answers.append(buttonText); }
 
+    /// Lines end in CR LF, as in the texts that the boxes are given.
     QStringList Texts() const { return m_texts; }
     QStringList Titles() const { return m_titles; }
     QList<QMessageBox::Icon> Icons() const { return m_icons; }
@@ -38,7 +39,7 @@ private:
         if (!box || !box->isVisible() || box->property("read").toBool())
             return;
         box->setProperty("read", true);
-        m_texts.append(box->text());
+        m_texts.append(box->text().replace("\n", "\r\n"));
         m_titles.append(box->windowTitle());
         m_icons.append(box->icon());
         m_owner = box->parentWidget();

@@ -14,8 +14,7 @@ class FixedInternational : public International {
 public:
     explicit FixedInternational(const QString& sign = ",", const QString& language = "NLD")
         : m_sign(sign), m_language(language)
-    {
-    }
+    {}
     QString Value(const QString& key) const override
     {
         return key == "sDecimal" ? m_sign : key == "sLanguage" ? m_language : QString();
@@ -39,8 +38,8 @@ public:
             if (entry.path().extension() != ".ini")
                 continue;
             const bool own = entry.path().filename() == "Zandvoet.ini";
-            std::filesystem::copy_file(entry.path(), (own ? m_folder.Path() : m_folder / "data")
-                                                         / entry.path().filename());
+            std::filesystem::copy_file(entry.path(), (own ? m_folder.Path() : m_folder / "data") /
+                                                         entry.path().filename());
         }
         SetInternational(&m_international);
         gConvert.Release();

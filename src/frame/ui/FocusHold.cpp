@@ -61,6 +61,8 @@ void HoldFocus(QWidget* widget, Qt::FocusReason reason)
 {
     if (reason == Qt::MouseFocusReason)
         ClickDropper::Arm();
+    if (!widget->isActiveWindow())
+        widget->activateWindow(); // a message box was in front
     widget->setFocus(Qt::OtherFocusReason);
 }
 

@@ -8,14 +8,17 @@
 
 namespace {
 
-/// Cleans the text of its parent after each change, whoever made it.
+/// Cleans the text of its parent after each change by the user. What the program
+/// puts there is shown as it is: dropping the sign of an exponent, say, would
+/// change the value.
 class TextFilter : public QObject {
 public:
     TextFilter(QLineEdit* edit, bool sound)
         : QObject(edit), m_edit(edit), m_previous(edit->text()), m_sound(sound)
     {
-        // In front of every other listener: they see the cleaned text only.
-        connect(edit, &QLineEdit::textChanged, this, [this] { Clean(); });
+        // Told before textChanged, so listeners find the cleaned text.
+        connect(edit, &QLineEdit::textEdited, this, [this] { Clean(); });
+        connect(edit, &QLineEdit::textChanged, this, [this] { m_previous = m_edit->text(); });
     }
 
 protected:
