@@ -343,17 +343,44 @@ TEST_F(LocatiesTest, AFailedTargetLevelRaises1505)
     EXPECT_EQ(FoutVan([&] { db.UpdateStreefpeil("Plas-01", 1); }), 1505) << "no such field";
 }
 
-TEST_F(LocatiesTest, WhatWasLeftOpenGoesWithTheNextCommit)
+class LeftOpenTest : public DatabaseTest {
+protected:
+    /// The second of two equal return periods breaks a key of this file, so that
+    /// the change stops half-way and its transaction stays open.
+    void FailHalfWay()
+    {
+        const QString bestand = VoorbeeldDatabase();
+        Voeruit(bestand, {"CREATE UNIQUE INDEX sleutel ON Boezempeilstatistiek (Locatie_ID, "
+                          "Herhalingstijd)"});
+        db.OpenDB(bestand, false);
+        EXPECT_EQ(FoutVan([&] {
+                      db.UpdateBoezempeilstatistiek("Plas-01", {50, 50}, {0.25, 0.5});
+                  }),
+                  1506);
+    }
+    Rijen PeilenVanPlas01()
+    {
+        return Lees(db.fileName(),
+                    "SELECT Herhalingstijd FROM Boezempeilstatistiek WHERE Locatie_ID=1");
+    }
+};
+
+TEST_F(LeftOpenTest, TheNextCommitTakesItAlong)
 {
-    OpenVoorbeeld();
-    // The second level is missing, so the insert of the first stays in the open transaction.
-    EXPECT_NE(FoutVan([&] { db.UpdateFe("Plas-01", {0, 22.5}, {111}); }) == 0, true);
+    FailHalfWay();
     db.UpdateStreefpeil("Plas-02", -0.7);
     db.CloseDB();
-    EXPECT_EQ(Lees(db.fileName(), "SELECT FE FROM Geometrie WHERE Locatie_ID=1 AND Richting_ID=1"),
-              (Rijen{{"111"}}));
+    EXPECT_EQ(PeilenVanPlas01(), (Rijen{{"50"}}));
     EXPECT_EQ(Lees(db.fileName(), "SELECT streefpeil FROM Locatie WHERE Locatie_ID=2"),
               (Rijen{{"-0.7"}}));
+}
+
+TEST_F(LeftOpenTest, TheEndOfTheConnectionUndoesIt)
+{
+    FailHalfWay();
+    db.CloseDB();
+    EXPECT_EQ(PeilenVanPlas01().size(), 5U);
+    EXPECT_EQ(db.GetLocatie_ID("Plas-01"), 1) << "the connection opens again";
 }
 
 // --- the quality mark ---
