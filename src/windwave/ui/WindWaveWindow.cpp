@@ -4,6 +4,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QPalette>
 
 namespace {
@@ -12,6 +13,13 @@ namespace {
 const QColor kModelColours[] = {QColor(0x1f, 0x4e, 0x9c), QColor(0xd5, 0x5e, 0x00),
                                 QColor(0x00, 0x8a, 0x5c)};
 constexpr double kLineWidth = 2;
+
+/// For a narrow column: a name of two people on two lines.
+QString BrokenName(QString name)
+{
+    return name.replace(QStringLiteral(" en "), QStringLiteral(" en|"))
+        .replace(QStringLiteral(" and "), QStringLiteral(" and|"));
+}
 
 } // namespace
 
@@ -23,6 +31,7 @@ WindWaveWindow::WindWaveWindow(const QString& language, const QString& models, Q
       m_models(ModelsOfLetters(models.toStdString()))
 {
     m_ui->setupUi(this);
+    m_ui->splitter->setSizes({1, 1}); // shared evenly
     ShowTexts();
     for (QDoubleSpinBox* box : {m_ui->spinWind, m_ui->spinFetch, m_ui->spinDepth})
         connect(box, &QDoubleSpinBox::valueChanged, this, &WindWaveWindow::Recalculate);
@@ -51,7 +60,7 @@ void WindWaveWindow::ShowTexts()
     QStringList headers{m_texts.windAxis};
     for (const auto model : m_models)
         for (const QString& quantity : {m_texts.heightAxis, m_texts.periodAxis})
-            headers << ModelName(model, m_dutch) + QLatin1Char('|') + quantity;
+            headers << BrokenName(ModelName(model, m_dutch)) + QLatin1Char('|') + quantity;
     m_ui->grid->setHeaders(headers);
     for (int column = 0; column < headers.size(); ++column)
         m_ui->grid->setColumnAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
@@ -65,7 +74,9 @@ WindWaveInput WindWaveWindow::Input() const
 
 QString WindWaveWindow::Number(double value, int decimals) const
 {
-    return m_ui->spinWind->locale().toString(value, 'f', decimals);
+    QLocale plain = m_ui->spinWind->locale();
+    plain.setNumberOptions(QLocale::OmitGroupSeparator);
+    return plain.toString(value, 'f', decimals);
 }
 
 void WindWaveWindow::Recalculate()
@@ -108,9 +119,10 @@ void WindWaveWindow::FillChart()
         m_ui->chart->AddSeries(ModelName(m_models[i], m_dutch), points,
                                {kModelColours[i], kLineWidth, false});
     }
-    m_ui->chart->setHeading({m_texts.chartHeading.arg(Number(m_ui->spinFetch->value(), 0),
-                                                      Number(m_ui->spinDepth->value(), 2)),
-                             legend.join(QStringLiteral(", "))});
+    m_ui->chart->setHeading(
+        QStringList{m_texts.chartHeading.arg(Number(m_ui->spinFetch->value(), 0),
+                                             Number(m_ui->spinDepth->value(), 2))} +
+        legend);
 }
 
 void WindWaveWindow::CopyTable() const
