@@ -254,7 +254,8 @@ void Catalog::SetProperty(std::string_view table, std::string_view column, std::
     const TableEntry& entry = parts.Entry(table);
     std::string owner(column);
     if (!owner.empty()) {
-        const auto& definition = parts.OpenEntry(entry)->Definition();
+        const auto opened = parts.OpenEntry(entry);
+        const TableDefinition& definition = opened->Definition();
         const int at = definition.FindColumn(column);
         if (at < 0)
             throw Error(ErrorKind::UnknownField,

@@ -26,7 +26,7 @@ struct IndexSpec {
         std::string column;
         bool ascending = true;
     };
-    std::vector<Part> columns;
+    std::vector<Part> columns{};
     bool primary = false;
     bool unique = false;
     bool required = false;
@@ -35,8 +35,8 @@ struct IndexSpec {
 
 struct TableSpec {
     std::string name;
-    std::vector<ColumnSpec> columns;
-    std::vector<IndexSpec> indexes;
+    std::vector<ColumnSpec> columns{};
+    std::vector<IndexSpec> indexes{};
 };
 
 struct TableEntry {

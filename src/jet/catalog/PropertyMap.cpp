@@ -391,8 +391,10 @@ void PropertyMap::RemoveOwner(std::string_view owner)
 
 bool PropertyMap::IsEmpty() const
 {
-    return std::ranges::all_of(
-        m_blocks, [](const Block& block) { return block.properties.empty() && block.raw.empty(); });
+    // A list of names alone is kept: other programs leave one behind.
+    return m_names.empty() && std::ranges::all_of(m_blocks, [](const Block& block) {
+               return block.properties.empty() && block.raw.empty();
+           });
 }
 
 } // namespace jet

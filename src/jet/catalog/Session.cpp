@@ -88,14 +88,14 @@ std::shared_ptr<Session> SessionGroup::Open(const std::filesystem::path& path,
 
     std::unique_ptr<Pager> pager;
     try {
-        pager = Pager::Open(FileSystem::System(), path, wanted);
+        pager = Pager::Open(m_files, path, wanted);
     } catch (const Error& error) {
         const bool readable =
             error.Kind() == ErrorKind::AccessDenied || error.Kind() == ErrorKind::ReadOnly;
         if (!readable || options.readOnly || !options.fallBackToReadOnly)
             throw;
         wanted.access = Access::ReadOnly;
-        pager = Pager::Open(FileSystem::System(), path, wanted);
+        pager = Pager::Open(m_files, path, wanted);
     }
     if (pager->IsReadOnly() && !options.readOnly && !options.fallBackToReadOnly)
         throw Error(ErrorKind::ReadOnly, "Het bestand " + Utf8FromPath(path) +
@@ -106,7 +106,7 @@ std::shared_ptr<Session> SessionGroup::Open(const std::filesystem::path& path,
 std::shared_ptr<Session> SessionGroup::Create(const std::filesystem::path& path)
 {
     const Bytes pages = Catalog::EmptyFile(LocalNow());
-    return Join(path, Pager::Create(FileSystem::System(), path, pages, {}));
+    return Join(path, Pager::Create(m_files, path, pages, {}));
 }
 
 std::shared_ptr<Session> SessionGroup::Join(const std::filesystem::path& path,

@@ -64,6 +64,9 @@ private:
 /// atomic for each file, not over several files at once.
 class SessionGroup : public std::enable_shared_from_this<SessionGroup> {
 public:
+    /// `files` must outlive the group.
+    explicit SessionGroup(FileSystem& files) : m_files(files) {}
+
     /// See Workspace::OpenDatabase for the errors.
     std::shared_ptr<Session> Open(const std::filesystem::path& path, const OpenOptions& options);
     std::shared_ptr<Session> Create(const std::filesystem::path& path);
@@ -82,6 +85,7 @@ private:
     std::shared_ptr<Session> Join(const std::filesystem::path& path, std::unique_ptr<Pager> pager);
     std::vector<std::shared_ptr<Session>> Sessions() const;
 
+    FileSystem& m_files;
     std::vector<std::weak_ptr<Session>> m_sessions;
     int m_depth = 0;
 };

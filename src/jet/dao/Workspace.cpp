@@ -5,7 +5,9 @@
 
 namespace jet {
 
-Workspace::Workspace() : m_group(std::make_shared<SessionGroup>()) {}
+Workspace::Workspace() : Workspace(FileSystem::System()) {}
+
+Workspace::Workspace(FileSystem& files) : m_group(std::make_shared<SessionGroup>(files)) {}
 
 Workspace::~Workspace()
 {
@@ -45,7 +47,7 @@ int Workspace::TransactionDepth() const
 
 void CompactDatabase(const std::filesystem::path& path)
 {
-    CompactFile(path);
+    CompactFile(FileSystem::System(), path);
 }
 
 } // namespace jet

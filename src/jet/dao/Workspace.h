@@ -10,6 +10,7 @@
 
 namespace jet {
 
+class FileSystem;
 class SessionGroup;
 
 /// Opens databases and holds the transactions over all of them. One thread.
@@ -22,6 +23,8 @@ class SessionGroup;
 class Workspace {
 public:
     Workspace();
+    /// Over another file system than the computer's; `files` must outlive this.
+    explicit Workspace(FileSystem& files);
     /// Databases still open are closed; an open transaction is rolled back.
     ~Workspace();
     Workspace(const Workspace&) = delete;

@@ -229,9 +229,8 @@ private:
 
 } // namespace
 
-void CompactFile(const std::filesystem::path& path)
+void CompactFile(FileSystem& files, const std::filesystem::path& path)
 {
-    FileSystem& files = FileSystem::System();
     auto from = Pager::Open(files, path, {});
     if (from->IsReadOnly())
         throw Error(ErrorKind::ReadOnly, from->WhyReadOnly());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "jet/storage/FileSystem.h"
+
 #include <filesystem>
 
 namespace jet {
@@ -7,6 +9,6 @@ namespace jet {
 /// See Workspace.h. Objects that we do not understand come along row by row.
 /// Throws ReadOnly for a file that can only be read; the original is untouched
 /// by any error.
-void CompactFile(const std::filesystem::path& path);
+void CompactFile(FileSystem& files, const std::filesystem::path& path);
 
 } // namespace jet

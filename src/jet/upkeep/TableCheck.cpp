@@ -16,6 +16,12 @@ std::string RowText(PageNumber page, int slot)
     return "rij " + std::to_string(page) + ':' + std::to_string(slot);
 }
 
+/// A row number is one byte: what a damaged page claims beyond that is not looked at.
+int SlotsOf(const DataPage& page)
+{
+    return std::min(page.SlotCount(), 256);
+}
+
 bool Has(const SlotSet& set, RowId row)
 {
     const auto at = set.find(row.page);
@@ -102,7 +108,7 @@ void TableCheck::ExamineRowPages()
             continue;
         const PageView view = m_pager.Read(page);
         const DataPage rows(m_pager, page, view.Data());
-        for (int slot = 0; slot < rows.SlotCount(); ++slot) {
+        for (int slot = 0; slot < SlotsOf(rows); ++slot) {
             if (!live.test(static_cast<std::size_t>(slot)))
                 continue;
             const Slot at = rows.At(slot);
@@ -143,7 +149,7 @@ bool TableCheck::ExamineSlots(PageNumber number, std::uint32_t owner, const std:
         const bool jet3 = m_pager.Version() == FileVersion::Jet3;
         const std::size_t header = jet3 ? 10 : 14;
         std::size_t lowest = m_pager.PageSize();
-        for (int i = 0; i < std::min(rows.SlotCount(), 256); ++i) {
+        for (int i = 0; i < SlotsOf(rows); ++i) {
             const Slot slot = rows.At(i); // throws when it lies outside the page
             if (slot.start > lowest)
                 m_findings.Fault(page + ": " + RowText(number, i) + " ligt over een andere.");
@@ -168,7 +174,7 @@ void TableCheck::ExaminePointers()
         m_findings.Guard([&] {
             const PageView view = m_pager.Read(number);
             const DataPage page(m_pager, number, view.Data());
-            for (int i = 0; i < page.SlotCount(); ++i) {
+            for (int i = 0; i < SlotsOf(page); ++i) {
                 if (!slots.test(static_cast<std::size_t>(i)))
                     continue;
                 const auto bytes = page.Row(page.At(i));
@@ -202,7 +208,7 @@ void TableCheck::ExamineRows()
             m_findings.Guard([&] {
                 const PageView view = m_pager.Read(number);
                 const DataPage page(m_pager, number, view.Data());
-                for (int i = 0; i < page.SlotCount(); ++i) {
+                for (int i = 0; i < SlotsOf(page); ++i) {
                     if (!slots.test(static_cast<std::size_t>(i)))
                         continue;
                     m_rowCount += counts ? 1 : 0;
