@@ -99,8 +99,10 @@ void DatabaseTest::Voeruit(const QString& bestand, const std::vector<std::string
 {
     jet::Workspace workspace;
     const auto database = workspace.OpenDatabase(bestand.toStdString());
+    workspace.BeginTrans();
     for (const std::string& statement : statements)
         database->Execute(statement);
+    workspace.CommitTrans();
 }
 
 void DatabaseTest::ExpectSound(const QString& bestand)
