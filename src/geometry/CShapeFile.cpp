@@ -121,7 +121,7 @@ std::shared_ptr<CPoint> PointAt(const QByteArray& points, qint64 index)
 void CheckCount(qint64 count, qint64 elementSize, qint64 fileSize)
 {
     constexpr int kOutOfMemory = 7;
-    constexpr qint64 kAlwaysAllowed = 64 * 1024 * 1024;
+    constexpr qint64 kAlwaysAllowed = 1024 * 1024;
     if (count < 0)
         RaiseRuntimeFout(RuntimeFout::OutOfRange, QStringLiteral("Subscript out of range"));
     if (count * elementSize > std::max(fileSize, kAlwaysAllowed))

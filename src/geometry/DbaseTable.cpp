@@ -11,7 +11,7 @@ namespace geometry {
 
 struct DbaseTable::Row {
     struct Release {
-        void operator()(OGRFeature* feature) const { OGRFeature::DestroyFeature(feature); }
+        void operator()(OGRFeature* row) const { OGRFeature::DestroyFeature(row); }
     };
     std::unique_ptr<OGRFeature, Release> feature;
 };

@@ -388,6 +388,57 @@ TEST_F(StrijklengteTest, CoordinatesThatAreNoNumbersEndUnspecified)
     EXPECT_EQ(m_strijklengte.CalcDijknormaal(500, 200).status, FetchStatus::Unspecified);
 }
 
+// The bits of an independent computation, in another language, step by step and
+// with sines and cosines rounded from 300 bits: they hold for every compiler,
+// optimisation level and platform.
+TEST_F(StrijklengteTest, HasTheSameBitsEverywhere)
+{
+    struct Expected {
+        double x;
+        double y;
+        std::array<double, 16> fetches;
+        double normal;
+    };
+    const Expected expected[] = {
+        {155012.5,
+         463777.25,
+         {0x1.e7ba453b5a6bfp+10, 0x1.f47441f5bdc50p+10, 0x1.d637eb7c4c2afp+10,
+          0x1.e60fcf31bd956p+10, 0x1.ee6279a909ff2p+10, 0x1.eb482ccea65dep+10,
+          0x1.c8e2c419ff4d6p+10, 0x1.5623d54a9f520p+10, 0x1.143cfb40fe955p+10,
+          0x1.03652490386b4p+10, 0x1.0e6f772df42f0p+10, 0x1.352b5ca3889f5p+10,
+          0x1.5e15880defa1dp+10, 0x1.7dd9bd5cc22a6p+10, 0x1.9e7802f8e975ap+10,
+          0x1.b9f68b35c4a21p+10},
+         0x1.c200000000000p+7},
+        {157801.1,
+         464913.9,
+         {0x1.db2da65af3a9ep+8, 0x1.2eeab4e83860cp+8, 0x1.0129bbee1db85p+8, 0x1.1d219ba74aa40p+8,
+          0x1.bfef804134a53p+8, 0x1.6501fd8c8bf5ep+9, 0x1.03d1911536285p+10, 0x1.6898a004073bap+10,
+          0x1.d35c1157afed7p+10, 0x1.05450958b15c0p+11, 0x1.17802ffb7a448p+11,
+          0x1.2d5434959d538p+11, 0x1.213814b2725a6p+11, 0x1.031166c579c09p+11,
+          0x1.7e2daeba6c2bcp+10, 0x1.a145f7e7bd997p+9},
+         0x1.c6a26b39da7f1p+7},
+    };
+    Load({{{{154012.3, 463001.7},
+            {153100.25, 464300.1},
+            {154800.5, 466020.9},
+            {157333.3, 465800.0},
+            {158900.7, 464100.4},
+            {157333.3, 462500.0},
+            {155500.0, 462500.0},
+            {154012.3, 463001.7}},
+           {{155900.1, 464200.2},
+            {156300.0, 464700.7},
+            {156800.9, 464200.2},
+            {156300.0, 463900.3},
+            {155900.1, 464200.2}}}});
+    for (const Expected& one : expected) {
+        const auto fetch = m_strijklengte.CalcFetch(one.x, one.y);
+        ASSERT_EQ(fetch.status, FetchStatus::NoError);
+        EXPECT_EQ(fetch.fetches, one.fetches);
+        EXPECT_EQ(NormalAt(one.x, one.y), one.normal);
+    }
+}
+
 // --- dike normals
 
 TEST_F(StrijklengteTest, TheNormalPointsFromTheShoreToTheLocation)
