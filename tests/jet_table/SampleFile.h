@@ -1,7 +1,5 @@
 #pragma once
 
-#include "JsonLines.h"
-
 #include "jet/storage/Pager.h"
 #include "jet/table/Table.h"
 
