@@ -5,8 +5,13 @@
 #include "frame/Globals.h"
 
 #include <QCollator>
-#include <QIcon>
 #include <QTreeWidget>
+
+// A library's resources are not linked into a program that does not ask for them.
+static void InitIcons()
+{
+    Q_INIT_RESOURCE(navigation);
+}
 
 namespace {
 
@@ -34,19 +39,6 @@ QString IconFile(int image)
     default:
         return QStringLiteral(":/navigation/berekening.svg");
     }
-}
-
-/// An icon that shows another picture while its node is selected.
-QIcon NodeIcon(int image, int selectedImage)
-{
-    static QHash<std::pair<int, int>, QIcon> icons;
-    QIcon& icon = icons[{image, selectedImage}];
-    if (icon.isNull()) {
-        icon.addFile(IconFile(image));
-        if (selectedImage != 0)
-            icon.addFile(IconFile(selectedImage), {}, QIcon::Selected);
-    }
-    return icon;
 }
 
 const QCollator& Collator()
@@ -99,6 +91,23 @@ struct NavTree::Soort {
     int selectedImage;
     bool sorted;
 };
+
+NavTree::NavTree(HRdb& database) : m_database(database)
+{
+    InitIcons();
+}
+
+/// An icon that shows another picture while its node is selected.
+QIcon NavTree::NodeIcon(int image, int selectedImage)
+{
+    QIcon& icon = m_icons[{image, selectedImage}];
+    if (icon.isNull()) {
+        icon.addFile(IconFile(image));
+        if (selectedImage != 0)
+            icon.addFile(IconFile(selectedImage), {}, QIcon::Selected);
+    }
+    return icon;
+}
 
 void NavTree::setTreeViewObject(QTreeWidget* tree)
 {
@@ -199,6 +208,9 @@ QTreeWidgetItem* NavTree::Add(QTreeWidgetItem* parent, const QString& step, cons
     node->setData(0, TagRole, soort.tag);
     node->setData(0, SortedRole, soort.sorted);
     node->setData(0, Qt::AccessibleTextRole, text);
+    if (soort.tag == navtag::Berekening || soort.tag == navtag::Dijkring ||
+        soort.tag == navtag::Dijkringberekening)
+        node->setFlags(node->flags() | Qt::ItemIsEditable);
     auto* added = node.release(); // the tree's from here on
     if (parent->data(0, SortedRole).toBool())
         parent->insertChild(SortedPosition(parent, text), added);
@@ -254,6 +266,8 @@ QTreeWidgetItem* NavTree::AddDijkring2Root(const QString& naam)
 QTreeWidgetItem* NavTree::AddBerekening2Root(const QString& naam)
 {
     const QString deel = FirstPart(naam);
+    if (deel.isEmpty())
+        return nullptr;
     return Add(GetNodeByKey(navkey::RootBerekeningen), deel, deel,
                {navtag::Berekening, kBerekening, 0, false});
 }
@@ -265,7 +279,8 @@ void NavTree::addBerekeningen2Root(QTreeWidgetItem* berekeningen, QTreeWidgetIte
         ForEachChild(locatie, navtag::Berekeningmap, [&](QTreeWidgetItem* map) {
             ForEachChild(map, navtag::Berekening, [&](QTreeWidgetItem* berekening) {
                 const QString deel = FirstPart(berekening->text(0));
-                Add(berekeningen, deel, deel, soort);
+                if (!deel.isEmpty())
+                    Add(berekeningen, deel, deel, soort);
             });
         });
     });

@@ -3,7 +3,10 @@
 #include "database/HRdb.h"
 
 #include <QHash>
+#include <QIcon>
 #include <QString>
+
+#include <utility>
 
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -43,7 +46,9 @@ inline const QString Dijkringberekening = QStringLiteral("DRBEREKENING");
 /// stands. With no parent nothing is added and nullptr returned.
 class NavTree {
 public:
-    explicit NavTree(HRdb& database) : m_database(database) {}
+    explicit NavTree(HRdb& database);
+    NavTree(const NavTree&) = delete;
+    NavTree& operator=(const NavTree&) = delete;
 
     /// Set once, before anything else; not owned. Its dynamic property
     /// "pathSeparator" is what stands between the steps of a key ("\" without it).
@@ -70,6 +75,7 @@ public:
         return parentKey + m_separator + step;
     }
 
+    /// Names stand in field OMSCHR; the recordset is then at its end.
     void addLocatiesFromDb2Root(QTreeWidgetItem* root, const RecordsetPtr& locaties);
     QTreeWidgetItem* AddProfiel2Root(const QString& naam);
     void addProfielenFromDb2Root(QTreeWidgetItem* root, const RecordsetPtr& profielen);
@@ -87,7 +93,8 @@ public:
     QTreeWidgetItem* AddBerekening2Locatie(QTreeWidgetItem* locatie, const QString& naam);
     QTreeWidgetItem* AddBerekening2Dijkring(QTreeWidgetItem* dijkring, const QString& naam);
 
-    // An absent name is passed over. A folder node left empty goes too.
+    // An absent name is passed over. A folder node left empty goes too. The
+    // calculations of a dike ring are removed as those of a location.
     void removeDijkringFromTreeview(const QString& naam);
     void removeProfielFromTreeview(const QString& naam);
     void removeBerekeningFromTreeview(const QString& naam);
@@ -102,9 +109,11 @@ private:
     void RemoveFromFolder(QTreeWidgetItem* owner, const QString& folder, const QString& naam);
     void Forget(QTreeWidgetItem* node);
     void Rekey(QTreeWidgetItem* node, const QString& key);
+    QIcon NodeIcon(int image, int selectedImage);
 
     HRdb& m_database;
     QTreeWidget* m_tree = nullptr; // not owned
     QString m_separator = QStringLiteral("\\");
     QHash<QString, QTreeWidgetItem*> m_index; // by lower-cased key; the tree owns the items
+    QHash<std::pair<int, int>, QIcon> m_icons;
 };

@@ -1,0 +1,63 @@
+#include "navigation/FolderChanges.h"
+
+#include "frame/FileSystemObject.h"
+#include "frame/Fouten.h"
+#include "frame/Globals.h"
+
+#include <QFileInfo>
+
+FolderChanges::~FolderChanges()
+{
+    for (auto move = m_moves.crbegin(); move != m_moves.crend(); ++move) {
+        try {
+            gFso().Move(move->second, move->first);
+        } catch (const std::exception&) {
+            // The failure that brought us here is the one to tell.
+        }
+    }
+}
+
+void FolderChanges::Rename(const QString& from, const QString& to)
+{
+    if (!gFso().FolderExists(from))
+        return;
+    gFso().Move(from, to);
+    m_moves.append({from, to});
+}
+
+QString FolderChanges::AsideName() const
+{
+    for (int number = 1;; ++number) {
+        const QString path = gFso().BuildPath(m_werkmap, ".verwijderd-" + QString::number(number));
+        if (!QFileInfo::exists(path))
+            return path;
+    }
+}
+
+void FolderChanges::Remove(const QString& path)
+{
+    if (!gFso().FolderExists(path))
+        return;
+    const QString aside = AsideName();
+    try {
+        Rename(path, aside);
+    } catch (const std::exception&) {
+        RaiseFout(13, {path});
+    }
+    m_aside << aside;
+}
+
+void FolderChanges::Commit()
+{
+    m_moves.clear();
+    QString left;
+    for (const QString& aside : std::exchange(m_aside, {})) {
+        try {
+            gFso().DeleteFolder(aside, true);
+        } catch (const std::exception&) {
+            left = aside;
+        }
+    }
+    if (!left.isEmpty())
+        RaiseFout(13, {left});
+}
