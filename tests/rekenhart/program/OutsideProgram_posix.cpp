@@ -3,14 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-
-ProgramRun Run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-               const std::filesystem::path& workingFolder, long killAfter)
+ProgramRun RunProgram(const std::filesystem::path& program,
+                      const std::vector<std::string>& arguments,
+                      const std::filesystem::path& workingFolder, const KillMoment& kill)
 {
     std::array<int, 2> pipe{};
     EXPECT_EQ(::pipe(pipe.data()), 0);
@@ -32,33 +32,29 @@ ProgramRun Run(const std::filesystem::path& program, const std::vector<std::stri
         _exit(127);
     }
     close(pipe[1]);
-    if (killAfter >= 0) {
-        usleep(static_cast<useconds_t>(killAfter));
-        kill(child, SIGKILL);
-    }
+
+    using Clock = std::chrono::steady_clock;
     ProgramRun run;
+    bool marked = false;
+    Clock::time_point markedAt;
     std::array<char, 4096> buffer;
-    for (ssize_t count; (count = read(pipe[0], buffer.data(), buffer.size())) > 0;)
+    for (ssize_t count; (count = read(pipe[0], buffer.data(), buffer.size())) > 0;) {
         run.output.append(buffer.data(), static_cast<std::size_t>(count));
+        if (marked || kill.marker.empty() || run.output.find(kill.marker) == std::string::npos)
+            continue;
+        marked = true;
+        markedAt = Clock::now();
+        if (kill.microseconds >= 0) {
+            usleep(static_cast<useconds_t>(kill.microseconds));
+            ::kill(child, SIGKILL);
+        }
+    }
     close(pipe[0]);
     int status = 0;
     waitpid(child, &status, 0);
     run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    if (marked)
+        run.afterMarker = static_cast<long>(
+            std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - markedAt).count());
     return run;
-}
-
-} // namespace
-
-ProgramRun RunProgram(const std::filesystem::path& program,
-                      const std::vector<std::string>& arguments,
-                      const std::filesystem::path& workingFolder)
-{
-    return Run(program, arguments, workingFolder, -1);
-}
-
-ProgramRun RunAndKill(const std::filesystem::path& program,
-                      const std::vector<std::string>& arguments,
-                      const std::filesystem::path& workingFolder, long microseconds)
-{
-    return Run(program, arguments, workingFolder, microseconds);
 }
