@@ -1,13 +1,24 @@
 #include "geometry/DbaseTable.h"
 
 #include "frame/Fouten.h"
-#include "geometry/GdalErrors.h"
+#include "qlmgis/QuietGdal.h"
 
 #include <ogrsf_frmts.h>
 
 #include <algorithm>
 
+using qlmgis::QuietGdal;
+
 namespace geometry {
+namespace {
+
+[[noreturn]] void Fail(const QString& path, const QuietGdal& quiet)
+{
+    RaiseRuntimeFout(RuntimeFout::FileAccess,
+                     path + ": " + QString::fromStdString(quiet.Message()));
+}
+
+} // namespace
 
 struct DbaseTable::Row {
     struct Release {
@@ -30,7 +41,7 @@ DbaseTable::DbaseTable(const QString& path, const std::vector<Field>& fields)
     OGRLayer* layer =
         m_dataset ? m_dataset->CreateLayer("table", nullptr, wkbNone, options) : nullptr;
     if (!layer)
-        RaiseRuntimeFout(RuntimeFout::FileAccess, path + ": " + quiet.Message());
+        Fail(path, quiet);
     for (const Field& field : fields) {
         const auto type = field.type == Field::Type::Double    ? OFTReal
                           : field.type == Field::Type::Integer ? OFTInteger
@@ -39,7 +50,7 @@ DbaseTable::DbaseTable(const QString& path, const std::vector<Field>& fields)
         if (type == OFTString)
             definition.SetWidth(std::clamp(field.width, 1, 254));
         if (layer->CreateField(&definition) != OGRERR_NONE)
-            RaiseRuntimeFout(RuntimeFout::FileAccess, path + ": " + quiet.Message());
+            Fail(path, quiet);
     }
 }
 
@@ -75,7 +86,7 @@ void DbaseTable::WriteRow()
         return;
     const QuietGdal quiet;
     if (m_dataset->GetLayer(0)->CreateFeature(m_row->feature.get()) != OGRERR_NONE)
-        RaiseRuntimeFout(RuntimeFout::FileAccess, m_path + ": " + quiet.Message());
+        Fail(m_path, quiet);
     m_row->feature.reset();
 }
 
@@ -85,7 +96,7 @@ void DbaseTable::Close()
     const QuietGdal quiet;
     m_dataset.reset();
     if (quiet.Failed())
-        RaiseRuntimeFout(RuntimeFout::FileAccess, m_path + ": " + quiet.Message());
+        Fail(m_path, quiet);
 }
 
 } // namespace geometry

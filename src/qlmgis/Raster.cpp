@@ -1,6 +1,7 @@
 #include "qlmgis/Raster.h"
 
 #include "qlmgis/AsciiGridCheck.h"
+#include "qlmgis/QuietGdal.h"
 
 #include <gdal_priv.h>
 
@@ -14,24 +15,11 @@ namespace {
 
 constexpr char kOutside[] = "Index was outside the bounds of the array.";
 
-// GDAL speaks through exceptions of ours instead of on standard error.
-class QuietGdal {
-public:
-    QuietGdal()
-    {
-        CPLPushErrorHandler(CPLQuietErrorHandler);
-        CPLErrorReset();
-    }
-    ~QuietGdal() { CPLPopErrorHandler(); }
-    QuietGdal(const QuietGdal&) = delete;
-    QuietGdal& operator=(const QuietGdal&) = delete;
-
-    [[noreturn]] void Fail(const std::string& otherwise) const
-    {
-        const std::string message = CPLGetLastErrorMsg();
-        throw std::runtime_error(message.empty() ? otherwise : message);
-    }
-};
+[[noreturn]] void Fail(const QuietGdal& quiet, const std::string& otherwise)
+{
+    const std::string message = quiet.Message();
+    throw std::runtime_error(message.empty() ? otherwise : message);
+}
 
 } // namespace
 
@@ -63,7 +51,7 @@ void Raster::Open(const std::string& file)
     m_dataset.reset(GDALDataset::Open(file.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY, nullptr,
                                       options, nullptr));
     if (!m_dataset)
-        quiet.Fail("the file is not a grid");
+        Fail(quiet, "the file is not a grid");
     if (m_dataset->GetRasterCount() < 1)
         throw std::runtime_error("the file has no grid in it");
 }
@@ -95,7 +83,7 @@ void Raster::Read(int column, int row, int width, int height, float* cells)
     const QuietGdal quiet;
     if (m_dataset->GetRasterBand(1)->RasterIO(GF_Read, column, row, width, height, cells, width,
                                               height, GDT_Float32, 0, 0, nullptr) != CE_None)
-        quiet.Fail("the grid cannot be read");
+        Fail(quiet, "the grid cannot be read");
 }
 
 void Raster::ReadWhole()

@@ -1,12 +1,11 @@
-#include "frame/Fouten.h"
 #include "frame/Globals.h"
 #include "frame/Paths.h"
-#include "frame/Ports.h"
 #include "frame/QLMIniFile.h"
 #include "geometry/GridHeader.h"
 #include "geometry/Strijklengte.h"
 
 #include "../qlmgis/GridFiles.h"
+#include "NotedBoxes.h"
 #include "ShapeBytes.h"
 #include "TemporaryFolder.h"
 
@@ -16,24 +15,6 @@
 using geometry::GisObject;
 
 namespace {
-
-class NotedMessages : public Boxes {
-public:
-    void ShowMessage(int number, const QStringList& arguments) override
-    {
-        messages.emplace_back(number, arguments);
-    }
-    void ShowFout(int, const QStringList&) override {}
-    int AskQuestion(int, const QStringList&) override { return Answer::No; }
-    int AskQuestionButtons(int, const QString&, const QString&, const QString&,
-                           const QStringList&) override
-    {
-        return Answer::No;
-    }
-    void ReportError(const std::exception&) override {}
-
-    std::vector<std::pair<int, QStringList>> messages;
-};
 
 // A library that notes the lines and fails when it is told to.
 struct Notes {
@@ -105,7 +86,7 @@ protected:
     QString Mark() { return gIniFile().GetString("Algemeen", "GISDLLINIT", "ontbreekt"); }
 
     TemporaryFolder m_folder;
-    NotedMessages m_boxes;
+    NotedBoxes m_boxes;
     Notes m_notes;
     Strijklengte m_strijklengte;
 };

@@ -1,8 +1,8 @@
-#include "frame/Fouten.h"
 #include "geometry/CRect.h"
 #include "geometry/CShape.h"
 #include "geometry/CShapeFile.h"
 
+#include "NotedBoxes.h"
 #include "ShapeBytes.h"
 #include "TemporaryFolder.h"
 
@@ -38,19 +38,6 @@ protected:
     CFileName Name(const QString& name = "proef") const { return CFileName(Stem(name) + ".shp"); }
     QByteArray Shp() const { return ReadBytes(Stem() + ".shp"); }
     QByteArray Shx() const { return ReadBytes(Stem() + ".shx"); }
-
-    template <typename Body>
-    static void ExpectFout(quint32 number, const QString& source, const QString& text, Body&& body)
-    {
-        try {
-            body();
-            ADD_FAILURE() << "no failure";
-        } catch (const Fout& fout) {
-            EXPECT_EQ(static_cast<quint32>(fout.Number()), number);
-            EXPECT_EQ(fout.Source(), source);
-            EXPECT_EQ(fout.Description(), text);
-        }
-    }
 
     // What ogrinfo says of the file; empty when it is not installed.
     static QString OgrInfo(const QString& path)

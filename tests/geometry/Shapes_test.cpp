@@ -1,8 +1,8 @@
-#include "frame/Fouten.h"
 #include "frame/Globals.h"
-#include "frame/Ports.h"
 #include "geometry/CShape.h"
 #include "geometry/CollectedShapes.h"
+
+#include "NotedBoxes.h"
 
 #include <gtest/gtest.h>
 
@@ -31,34 +31,6 @@ void ExpectBounds(const Shape& shape, double left, double bottom, double right, 
     EXPECT_EQ(shape.Right(), right);
     EXPECT_EQ(shape.Top(), top);
 }
-
-template <typename Body>
-void ExpectFout(quint32 number, const QString& source, const QString& text, Body&& body)
-{
-    try {
-        body();
-        ADD_FAILURE() << "no failure";
-    } catch (const Fout& fout) {
-        EXPECT_EQ(static_cast<quint32>(fout.Number()), number);
-        EXPECT_EQ(fout.Source(), source);
-        EXPECT_EQ(fout.Description(), text);
-    }
-}
-
-class NotedBoxes : public Boxes {
-public:
-    void ShowMessage(int, const QStringList&) override {}
-    void ShowFout(int, const QStringList&) override {}
-    int AskQuestion(int, const QStringList&) override { return Answer::No; }
-    int AskQuestionButtons(int, const QString&, const QString&, const QString&,
-                           const QStringList&) override
-    {
-        return Answer::No;
-    }
-    void ReportError(const std::exception& error) override { texts << error.what(); }
-
-    QStringList texts;
-};
 
 } // namespace
 
@@ -274,6 +246,6 @@ TEST(DistanceTest, AnythingElseShowsABoxAndGivesZero)
     EXPECT_EQ(line.Distance(point), 0);
     EXPECT_EQ(polygon.Distance(point), 0);
     gBoxes.Release();
-    EXPECT_EQ(boxes.texts, QStringList(6, "NOT IMPLEMENTED"));
+    EXPECT_EQ(boxes.errors, QStringList(6, "NOT IMPLEMENTED"));
     EXPECT_EQ(point.Distance(rect), 0) << "without boxes, too";
 }

@@ -2,9 +2,9 @@
 
 #include <cpl_error.h>
 
-#include <QString>
+#include <string>
 
-namespace geometry {
+namespace qlmgis {
 
 /// While one of these lives, GDAL writes nothing to standard error; what it
 /// would have said can be asked for.
@@ -20,7 +20,7 @@ public:
     QuietGdal& operator=(const QuietGdal&) = delete;
 
     bool Failed() const { return CPLGetLastErrorType() >= CE_Failure; }
-    QString Message() const { return QString::fromUtf8(CPLGetLastErrorMsg()); }
+    std::string Message() const { return CPLGetLastErrorMsg(); } // UTF-8
 };
 
-} // namespace geometry
+} // namespace qlmgis
