@@ -1,0 +1,107 @@
+#include "calculation/ui/frmLog.h"
+
+#include "frame/Globals.h"
+#include "frame/Paths.h"
+#include "frame/Texts.h"
+#include "frame/ui/MessageBoxes.h"
+#include "frame/ui/TranslateForm.h"
+#include "ui_frmLog.h"
+
+#include <QFontDatabase>
+#include <QLocale>
+#include <QScrollBar>
+
+namespace {
+
+std::unique_ptr<Ui::frmLog> SetUp(QWidget* form)
+{
+    auto ui = std::make_unique<Ui::frmLog>();
+    ui->setupUi(form);
+    return ui;
+}
+
+} // namespace
+
+frmLog::frmLog(QWidget* parent)
+    : QWidget(parent),
+      m_ui(SetUp(this)),
+      m_iniFile(AddBackslash(gIniPath()) + "Log.ini"),
+      m_box(*this, m_ui->rtfLog)
+{
+    TranslateForm(*this, m_iniFile, gLanguage());
+    m_ui->rtfLog->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_ui->rtfLog->setAccessibleName(
+        m_iniFile.GetString("Teksten" + gLanguage(), "rtfLog", "Uitvoer van de berekening"));
+    m_ui->lblBestand->hide();
+    connect(m_ui->rtfLog->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
+        if (value == 0)
+            ReadEarlier();
+    });
+}
+
+frmLog::~frmLog() = default;
+
+void frmLog::ShowLogFile(const QString& path)
+{
+    RunHandler([&] {
+        auto reader = std::make_unique<TailReader>(path);
+        const QString text = reader->ReadLast(kChunk); // raises before anything changes
+        m_box.SetText(text);
+        m_reader = std::move(reader);
+        ShowCaption();
+    });
+}
+
+void frmLog::ClearLogWindow()
+{
+    m_box.Clear();
+}
+
+void frmLog::Forget()
+{
+    m_reader.reset();
+    ShowCaption();
+}
+
+void frmLog::Sink::SetText(const QString& text)
+{
+    m_form.Forget();
+    LogBox::SetText(text);
+}
+
+void frmLog::ReadEarlier()
+{
+    if (!m_reader || m_reader->AtStart() || m_reading)
+        return;
+    m_reading = true;
+    RunHandler([&] {
+        const QString earlier = m_reader->ReadBefore(kChunk);
+        const int lines = static_cast<int>(earlier.count('\n'));
+        QTextCursor start(m_ui->rtfLog->document());
+        start.movePosition(QTextCursor::Start);
+        start.insertText(earlier);
+        // What was the first line in view stays it.
+        m_ui->rtfLog->verticalScrollBar()->setValue(lines);
+        ShowCaption();
+    });
+    m_reading = false;
+}
+
+void frmLog::ShowCaption()
+{
+    m_ui->lblBestand->setVisible(m_reader != nullptr);
+    if (!m_reader)
+        return;
+    QString caption = m_reader->Path();
+    if (!m_reader->AtStart()) {
+        const QLocale locale(QLocale::Dutch);
+        caption = m_iniFile.GetString("Teksten" + gLanguage(), "deel", "%1 (laatste %2 van %3)");
+        FillPlaceholders(
+            caption,
+            {m_reader->Path(),
+             locale.formattedDataSize(m_reader->BytesRead(), 0, QLocale::DataSizeTraditionalFormat),
+             locale.formattedDataSize(m_reader->Size(), 0, QLocale::DataSizeTraditionalFormat)});
+    }
+    m_ui->lblBestand->setText(caption);
+    m_ui->lblBestand->setToolTip(m_reader->Path());
+}
