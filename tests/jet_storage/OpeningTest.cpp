@@ -205,6 +205,30 @@ TEST(Opening, SharedWritesOnlyWhileNobodyElseHasTheFile)
     EXPECT_EQ(StampOf(reader->Read(4).Data()), 6u);
 }
 
+TEST(Opening, SharedWriterThatIsRefusedStillKeepsAnExclusiveOneOut)
+{
+    TemporaryFolder folder;
+    const auto path = folder / "boezem.mdb";
+    WriteFile(path, MinimalDatabase(10));
+    const auto writer =
+        Pager::Open(FileSystem::System(), path, {Access::ReadWrite, Sharing::Shared});
+    {
+        const auto reader =
+            Pager::Open(FileSystem::System(), path, {Access::ReadOnly, Sharing::Shared});
+        writer->Begin();
+        EXPECT_THROW(writer->Write(4), jet::Error);
+        writer->Rollback();
+    }
+    EXPECT_EQ(KindOfOpening(path), ErrorKind::Locked);
+    for (int i = 0; i < 3; ++i) {
+        writer->Begin();
+        Stamp(writer->Write(4).Data(), 8);
+        writer->Commit(jet::Flush::No);
+        EXPECT_EQ(KindOfOpening(path), ErrorKind::Locked);
+        Pager::Open(FileSystem::System(), path, {Access::ReadOnly, Sharing::Shared});
+    }
+}
+
 TEST(Opening, ExclusivelyIsRefusedWhileOthersShareTheFile)
 {
     TemporaryFolder folder;

@@ -221,6 +221,29 @@ TEST(PageAllocator, PagesBelowTheStartOfTheMapAreTakenForUsed)
     pager->Rollback();
 }
 
+TEST(PageAllocator, AWildGlobalMapNeitherHangsNorGivesUsedPages)
+{
+    for (const PageNumber first : {0xFFFFFFF0u, 0x80000000u, 5000u, 0xFFFFFFFFu}) {
+        MemoryFileSystem files;
+        Bytes file = MinimalDatabase(300);
+        jet::PutU32(file, 2 * 4096 - 69 + 1, first);
+        files.Put(kFile, file);
+        const auto pager = Pager::Open(files, kFile, {});
+        pager->Begin();
+        try {
+            PageAllocator pages(*pager);
+            const PageNumber page = pages.Allocate().Number();
+            EXPECT_GE(page, 300u);
+            pages.Free(page);
+            pages.Free(200);
+            EXPECT_EQ(pages.Allocate().Number(), 200u);
+        } catch (const jet::Error& error) {
+            EXPECT_EQ(error.Kind(), jet::ErrorKind::Damaged);
+        }
+        pager->Rollback();
+    }
+}
+
 TEST(PageAllocator, MapsShareAPageAndReuseErasedRows)
 {
     MemoryFileSystem files;

@@ -24,10 +24,11 @@ struct ChildOutcome {
 };
 
 /// Runs `work` in a child process and kills it, without any chance to clean up,
-/// `delay` after its first report. The usual pattern:
+/// `delay` after it has reported `reports` times. The usual pattern:
 ///
 ///     const auto outcome = RunAndKill([&](Reporter& parent) {
 ///         auto db = Open(path);
+///         parent.Report(first - 1);   // ready
 ///         for (std::uint64_t n = first;; ++n) {
 ///             DoTransaction(*db, n);
 ///             parent.Report(n);       // committed
@@ -37,8 +38,8 @@ struct ChildOutcome {
 ///
 /// The child is a copy of this process: nothing may be open when it is made.
 /// POSIX only.
-ChildOutcome RunAndKill(const std::function<void(Reporter&)>& work,
-                        std::chrono::microseconds delay);
+ChildOutcome RunAndKill(const std::function<void(Reporter&)>& work, std::chrono::microseconds delay,
+                        int reports = 1);
 /// As RunAndKill, but waits until the child ends by itself (see
 /// FaultyFileSystem::OnDeath and EndProcessAtOnce).
 ChildOutcome RunToItsEnd(const std::function<void(Reporter&)>& work);

@@ -75,11 +75,15 @@ void Reporter::Report(std::uint64_t number)
         EndProcessAtOnce(98);
 }
 
-ChildOutcome RunAndKill(const std::function<void(Reporter&)>& work, std::chrono::microseconds delay)
+ChildOutcome RunAndKill(const std::function<void(Reporter&)>& work, std::chrono::microseconds delay,
+                        int reports)
 {
     const Child child = Start(work);
     std::uint64_t number = 0;
-    if (ReadReport(child.reports, number)) {
+    bool running = true;
+    for (int i = 0; i < reports && running; ++i)
+        running = ReadReport(child.reports, number);
+    if (running) {
         // The pipe must not fill up while we wait: then the child would stand still.
         const auto end = std::chrono::steady_clock::now() + delay;
         for (auto now = std::chrono::steady_clock::now(); now < end;

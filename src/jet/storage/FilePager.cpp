@@ -74,6 +74,10 @@ void FilePager::RequireUsable() const
         throw Error(ErrorKind::Io, "Een wijziging van " + Utf8FromPath(m_path) +
                                        " kon niet ongedaan worden gemaakt. Sluit het bestand; bij"
                                        " het opnieuw openen wordt het hersteld.");
+    if (m_lockLost)
+        throw Error(ErrorKind::Locked, "De database " + Utf8FromPath(m_path) +
+                                           " is intussen door een ander in gebruik genomen. Sluit"
+                                           " het bestand en open het opnieuw.");
     if (m_failedDepth != 0)
         throw Error(ErrorKind::TransactionFailed,
                     "Een wijziging van " + Utf8FromPath(m_path) +
@@ -187,15 +191,26 @@ void FilePager::StartChanging()
 {
     if (m_changed)
         return;
-    const std::string inUse = "De database " + Utf8FromPath(m_path) +
-                              " is ook door een ander geopend; wijzigen kan pas als die is"
-                              " gesloten.";
-    if (m_sharing == Sharing::Shared) {
-        if (HasSharedUsers(m_files, m_path) || !m_file->TryLock(Sharing::Exclusive))
-            throw Error(ErrorKind::Locked, inUse);
-    }
+    if (m_sharing == Sharing::Shared)
+        TakeAlone();
     m_journal.Begin(FileState::Of(Fetch(0)->Data(), m_header.version, m_fileSize));
     m_changed = true;
+}
+
+/// Who shares the file may change it only while nobody else has it open.
+void FilePager::TakeAlone()
+{
+    bool alone = false;
+    try {
+        alone = !HasSharedUsers(m_files, m_path) && m_file->TryLock(Sharing::Exclusive);
+    } catch (const Error&) {
+        m_lockLost = true;
+        throw;
+    }
+    if (!alone)
+        throw Error(ErrorKind::Locked, "De database " + Utf8FromPath(m_path) +
+                                           " is ook door een ander geopend; wijzigen kan pas als"
+                                           " die is gesloten.");
 }
 
 void FilePager::KeepForRollback(PageCacheEntry* entry)
@@ -223,8 +238,10 @@ void FilePager::WriteDirtyPages(bool all)
         if (entry && entry->dirty && (all || entry->pins == 0))
             entries.push_back(entry);
     }
-    if (entries.empty())
+    if (entries.empty()) {
+        ForgetCleanPages();
         return;
+    }
 
     m_journal.Sync();
     m_fileTouched = true;
@@ -246,6 +263,11 @@ void FilePager::WriteDirtyPages(bool all)
     }
     for (PageCacheEntry* entry : entries)
         entry->dirty = false;
+    ForgetCleanPages();
+}
+
+void FilePager::ForgetCleanPages()
+{
     std::erase_if(m_dirtyPages, [this](PageNumber page) {
         const PageCacheEntry* entry = m_cache.Find(page);
         return !entry || !entry->dirty;
@@ -446,7 +468,7 @@ void FilePager::EndTransaction()
     if (m_changed && m_sharing == Sharing::Shared) {
         // Whoever comes in now must not take our journal for one left behind.
         RemoveJournal();
-        m_file->TryLock(Sharing::Shared);
+        m_lockLost = !m_file->TryLock(Sharing::Shared);
     }
     m_changed = false;
     m_store.Clear();

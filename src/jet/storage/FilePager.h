@@ -79,6 +79,7 @@ private:
     void Load(PageNumber page, std::span<std::byte> into);
 
     void StartChanging();
+    void TakeAlone();
     void KeepForRollback(PageCacheEntry* entry);
     PageEdit EditOf(PageCacheEntry* entry);
     void MarkDirty(PageCacheEntry* entry);
@@ -86,6 +87,7 @@ private:
     /// Writes changed pages into the file, the journal flushed first. Pages that
     /// are pinned may still be changing; they are left out unless `all`.
     void WriteDirtyPages(bool all);
+    void ForgetCleanPages();
     void TrimFile();
 
     void CommitOutermost(Flush flush);
@@ -121,6 +123,7 @@ private:
     bool m_fileTouched = false;           // the file itself, so that the journal is needed
     int m_failedDepth = 0;                // 0: not failed
     bool m_broken = false;                // roll-back failed; only the next opener can help
+    bool m_lockLost = false;              // of a file opened Shared
     std::uint64_t m_rollbackCount = 0;
     std::uint64_t m_changeCount = 0;
 };

@@ -30,7 +30,7 @@ namespace {
     case ENOSPC:
     case EDQUOT:
     case EFBIG:
-        throw Error(ErrorKind::DiskFull, "De schijf is vol; " + what + " " + name + " mislukt.");
+        throw Error(ErrorKind::DiskFull, what + " " + name + " is mislukt: de schijf is vol.");
     default:
         throw Error(ErrorKind::Io,
                     what + " " + name + " is mislukt: " + std::strerror(error) + ".");
@@ -195,7 +195,8 @@ public:
             ThrowErrno(errno, "Openen van", folder);
         const int error = ::fsync(descriptor) == 0 ? 0 : errno;
         ::close(descriptor);
-        if (error != 0 && error != EINVAL) // file systems without folder flush say EINVAL
+        // File systems that cannot flush a folder say so in one of these ways.
+        if (error != 0 && error != EINVAL && error != ENOTSUP)
             ThrowErrno(error, "Naar schijf schrijven van", folder);
     }
 

@@ -31,7 +31,7 @@ namespace {
         throw Error(ErrorKind::AlreadyExists, "Het bestand " + name + " bestaat al.");
     case ERROR_DISK_FULL:
     case ERROR_HANDLE_DISK_FULL:
-        throw Error(ErrorKind::DiskFull, "De schijf is vol; " + what + " " + name + " mislukt.");
+        throw Error(ErrorKind::DiskFull, what + " " + name + " is mislukt: de schijf is vol.");
     default:
         throw Error(ErrorKind::Io,
                     what + " " + name + " is mislukt: Windows-fout " + std::to_string(error) + ".");
@@ -103,11 +103,19 @@ public:
 
     bool TryLock(Sharing sharing) override
     {
-        // A lock cannot be converted here: it is given up and taken anew.
-        Unlock();
-        if (Lock(sharing))
+        if (sharing == Sharing::Shared) {
+            // A shared lock may lie over an exclusive one of the same handle, which
+            // is the first to go when one is given up: there is no moment without.
+            if (!Lock(Sharing::Shared))
+                return false;
+            Unlock();
             return true;
-        if (sharing == Sharing::Exclusive && !Lock(Sharing::Shared))
+        }
+        // The other way a lock cannot be converted: it is given up and taken anew.
+        Unlock();
+        if (Lock(Sharing::Exclusive))
+            return true;
+        if (!Lock(Sharing::Shared))
             ThrowWindowsError(ERROR_SHARING_VIOLATION, "Vergrendelen van", m_path);
         return false;
     }
@@ -151,6 +159,25 @@ private:
     std::filesystem::path m_path;
 };
 
+/// Virus scanners and indexers open files for a moment, new and deleted ones
+/// above all: what they get in the way of is tried again.
+template <typename Attempt>
+DWORD TryAgainWhileBusy(Attempt attempt)
+{
+    constexpr int kTries = 8;
+    constexpr DWORD kPause = 25; // ms
+    for (int i = 1;; ++i) {
+        if (attempt())
+            return ERROR_SUCCESS;
+        const DWORD error = GetLastError();
+        const bool busy = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ||
+                          error == ERROR_LOCK_VIOLATION;
+        if (!busy || i == kTries)
+            return error;
+        Sleep(kPause);
+    }
+}
+
 class WindowsFileSystem : public FileSystem {
 public:
     std::unique_ptr<File> Open(const std::filesystem::path& path, Mode mode,
@@ -163,11 +190,19 @@ public:
         const DWORD share = sharing == Sharing::Exclusive ? 0
                             : mode == Mode::CreateNew     ? FILE_SHARE_READ
                                                           : FILE_SHARE_READ | FILE_SHARE_WRITE;
-        const HANDLE handle = CreateFileW(path.c_str(), access, share, nullptr,
-                                          mode == Mode::CreateNew ? CREATE_NEW : OPEN_EXISTING,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (handle == INVALID_HANDLE_VALUE)
+        HANDLE handle = INVALID_HANDLE_VALUE;
+        const auto open = [&] {
+            handle = CreateFileW(path.c_str(), access, share, nullptr,
+                                 mode == Mode::CreateNew ? CREATE_NEW : OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr);
+            return handle != INVALID_HANDLE_VALUE;
+        };
+        if (mode == Mode::CreateNew) {
+            if (const DWORD error = TryAgainWhileBusy(open))
+                ThrowWindowsError(error, "Openen van", path);
+        } else if (!open()) {
             ThrowWindowsError(GetLastError(), "Openen van", path);
+        }
         auto file = std::make_unique<WindowsFile>(handle, path);
         if (sharing == Sharing::Shared && !file->Lock(Sharing::Shared))
             ThrowWindowsError(ERROR_SHARING_VIOLATION, "Openen van", path);
@@ -193,15 +228,19 @@ public:
 
     void Remove(const std::filesystem::path& path) override
     {
-        if (!DeleteFileW(path.c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND)
-            ThrowWindowsError(GetLastError(), "Verwijderen van", path);
+        const DWORD error = TryAgainWhileBusy([&] { return DeleteFileW(path.c_str()) != 0; });
+        if (error != ERROR_SUCCESS && error != ERROR_FILE_NOT_FOUND)
+            ThrowWindowsError(error, "Verwijderen van", path);
     }
 
     void Replace(const std::filesystem::path& from, const std::filesystem::path& to) override
     {
-        if (!MoveFileExW(from.c_str(), to.c_str(),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-            ThrowWindowsError(GetLastError(), "Vervangen van", to);
+        const DWORD error = TryAgainWhileBusy([&] {
+            return MoveFileExW(from.c_str(), to.c_str(),
+                               MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+        });
+        if (error != ERROR_SUCCESS)
+            ThrowWindowsError(error, "Vervangen van", to);
     }
 
     void SyncFolder(const std::filesystem::path&) override {}

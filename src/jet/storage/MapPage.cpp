@@ -126,10 +126,12 @@ void MapPage::Resize(const Pager& pager, PageEdit& edit, int slot, std::size_t l
     // behind it; then its own bytes go back to its new start.
     const std::ptrdiff_t shift =
         static_cast<std::ptrdiff_t>(length) - static_cast<std::ptrdiff_t>(row.length);
-    std::vector<std::byte> content(length);
-    std::memcpy(content.data(), data.data() + row.start, std::min(length, row.length));
+    const std::span<const std::byte> old = data.subspan(row.start, std::min(length, row.length));
+    std::vector<std::byte> content(old.begin(), old.end());
+    content.resize(length);
     std::memmove(data.data() + lowest - shift, data.data() + lowest, row.start - lowest);
-    std::memcpy(data.data() + row.start - shift, content.data(), length);
+    std::copy(content.begin(), content.end(),
+              data.begin() + static_cast<std::ptrdiff_t>(row.start) - shift);
     for (int s = slot; s < page.RowCount(); ++s) {
         const std::size_t at = count + 2 + 2u * static_cast<std::size_t>(s);
         const std::uint16_t word = GetU16(data, at);

@@ -17,10 +17,7 @@ SavepointStore::SavepointStore(FileSystem& files, std::filesystem::path path, st
 
 SavepointStore::~SavepointStore()
 {
-    try {
-        Clear();
-    } catch (const Error&) { // the file is useless to everybody; the next one replaces it
-    }
+    Clear();
 }
 
 std::uint64_t SavepointStore::FileOffset(std::uint32_t slot) const
@@ -70,7 +67,10 @@ void SavepointStore::Clear()
         m_memory.resize(kKept);
     if (m_file) {
         m_file.reset();
-        m_files.Remove(m_path);
+        try {
+            m_files.Remove(m_path);
+        } catch (const Error&) { // useless to everybody; the next one replaces it
+        }
     }
 }
 

@@ -200,19 +200,20 @@ bool UsageMap::SetInline(PageNumber page, bool member, const Growth& growth)
     }
 
     // The new range: from a multiple of 32 at or below everything it must hold.
-    PageNumber newFirst = std::min(first, page / 32 * 32);
-    std::size_t last = std::max<std::size_t>(page, first + bitmap.size() * 8 - 1);
-    if (!growth.membersBehindEnd) {
-        const auto lowest = FindBit(bitmap, 0);
-        newFirst =
-            (lowest ? std::min(page, static_cast<PageNumber>(first + *lowest)) : page) / 32 * 32;
-        last = page;
-        for (auto bit = lowest; bit; bit = FindBit(bitmap, *bit + 1))
-            last = std::max(last, first + *bit);
+    PageNumber newFirst = page / 32 * 32;
+    std::uint64_t last = page;
+    if (growth.membersBehindEnd) {
+        newFirst = std::min(first, newFirst);
+        last = std::max<std::uint64_t>(last, std::uint64_t{first} + bitmap.size() * 8);
+    } else {
+        for (auto bit = FindBit(bitmap, 0); bit; bit = FindBit(bitmap, *bit + 1)) {
+            newFirst = std::min(newFirst, static_cast<PageNumber>((first + *bit) / 32 * 32));
+            last = std::max<std::uint64_t>(last, first + *bit);
+        }
     }
-    std::size_t newLength = length;
-    while ((newLength - 5) * 8 <= last - newFirst)
-        newLength += 4;
+    const std::size_t needed = 5 + static_cast<std::size_t>((last - newFirst) / 8) + 1;
+    const std::size_t newLength =
+        needed <= length ? length : length + (needed - length + 3) / 4 * 4;
     if (newLength > growth.longestRow)
         return false;
     if (newLength > length) {
@@ -266,8 +267,9 @@ void UsageMap::GoOverToReferences(const Growth& growth)
     }
     // What stands below or inside the old range is known; behind it the new bitmap
     // pages are right as they come.
-    const auto oldEnd = static_cast<PageNumber>(first + bitmap.size() * 8);
-    for (PageNumber page = 0; page < oldEnd; ++page)
+    const auto end =
+        std::min<std::uint64_t>(std::uint64_t{first} + bitmap.size() * 8, m_pager->PageCount());
+    for (PageNumber page = 0; page < end; ++page)
         SetReferenced(page, page >= first && BitAt(bitmap, page - first), growth);
 }
 
