@@ -66,9 +66,10 @@ public:
     }
     void Language(const QString& locale) { m_locale = locale; }
 
-    /// Starts the program; `name` tells runs apart.
+    /// Starts the program (or another one in its place, with "--empty-window");
+    /// `name` tells runs apart.
     std::unique_ptr<QProcess> Start(const QString& name = "a", int closeAfter = 50,
-                                    bool minimise = false)
+                                    bool minimise = false, const QString& other = {})
     {
         auto process = std::make_unique<QProcess>();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -86,7 +87,10 @@ public:
             environment.insert("STARTPROBE_MINIMISE", "1");
         process->setProcessEnvironment(environment);
         process->setWorkingDirectory("/");
-        process->start(Path("Zandvoet"), {});
+        if (other.isEmpty())
+            process->start(Path("Zandvoet"), {});
+        else
+            process->start(other, {"--empty-window"});
         return process;
     }
     /// Starts it and waits for its end; the exit code, or -1 when it hangs.

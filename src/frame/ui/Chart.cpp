@@ -29,6 +29,28 @@ private:
     NumberPattern m_pattern;
 };
 
+/// Multiplying from label to label must not push the last one, which often is
+/// the end of the axis, over that end.
+class LogTicker : public PatternTicker<QCPAxisTickerLog> {
+public:
+    using PatternTicker::PatternTicker;
+
+private:
+    QVector<double> createTickVector(double step, const QCPRange& range) override
+    {
+        constexpr double kHair = 1e-9;
+        QVector<double> ticks = PatternTicker::createTickVector(
+            step, QCPRange(range.lower * (1 - kHair), range.upper * (1 + kHair)));
+        for (double& tick : ticks) {
+            if (std::abs(tick - range.upper) <= kHair * range.upper)
+                tick = range.upper;
+            else if (std::abs(tick - range.lower) <= kHair * range.lower)
+                tick = range.lower;
+        }
+        return ticks;
+    }
+};
+
 double Luminance(const QColor& colour)
 {
     return 0.299 * colour.redF() + 0.587 * colour.greenF() + 0.114 * colour.blueF();
@@ -404,7 +426,7 @@ void Chart::ApplyTicker(Axis axis)
     const AxisState& state = State(axis);
     QSharedPointer<QCPAxisTicker> ticker;
     if (IsLogarithmic(axis)) {
-        ticker.reset(new PatternTicker<QCPAxisTickerLog>(state.pattern));
+        ticker.reset(new LogTicker(state.pattern));
     } else if (state.step && *state.step > 0) {
         auto fixed = QSharedPointer<PatternTicker<QCPAxisTickerFixed>>::create(state.pattern);
         fixed->setTickStep(*state.step);

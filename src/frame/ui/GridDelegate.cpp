@@ -152,6 +152,15 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     if (m_grid.isEnabled() && m_grid.MayEdit(index.row(), index.column()))
         box.state |= QStyle::State_Enabled;
     style->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, painter, option.widget);
+    if (option.palette.color(QPalette::Base).lightness() < 128) {
+        // Styles draw the box's edge for a light ground.
+        QColor edge = option.palette.color(QPalette::Text);
+        edge.setAlpha(130);
+        painter->save();
+        painter->setPen(edge);
+        painter->drawRect(box.rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+    }
 }
 
 bool GridDelegate::editorEvent(QEvent* event, QAbstractItemModel*,
