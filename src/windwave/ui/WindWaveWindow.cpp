@@ -31,7 +31,7 @@ WindWaveWindow::WindWaveWindow(const QString& language, const QString& models, Q
       m_models(ModelsOfLetters(models.toStdString()))
 {
     m_ui->setupUi(this);
-    m_ui->splitter->setSizes({1, 1}); // shared evenly
+    m_ui->splitter->setSizes({12500, 9000}); // only the proportion counts
     ShowTexts();
     for (QDoubleSpinBox* box : {m_ui->spinWind, m_ui->spinFetch, m_ui->spinDepth})
         connect(box, &QDoubleSpinBox::valueChanged, this, &WindWaveWindow::Recalculate);
@@ -57,7 +57,8 @@ void WindWaveWindow::ShowTexts()
     m_ui->cmdCopyChart->setText(m_texts.copyChart);
     m_ui->cmdClose->setText(m_texts.close);
 
-    QStringList headers{m_texts.windAxis};
+    QStringList headers{
+        QString(m_texts.windAxis).replace(QStringLiteral(" ["), QStringLiteral("|["))};
     for (const auto model : m_models)
         for (const QString& quantity : {m_texts.heightAxis, m_texts.periodAxis})
             headers << BrokenName(ModelName(model, m_dutch)) + QLatin1Char('|') + quantity;
