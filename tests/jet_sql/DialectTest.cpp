@@ -26,8 +26,8 @@ std::vector<Case> ReadCases()
             continue;
         const std::string outcome = text.substr(arrow + 4);
         const std::size_t blank = outcome.find(' ');
-        cases.push_back({line, text.substr(0, arrow), outcome.substr(0, blank),
-                         outcome.substr(blank + 1)});
+        cases.push_back(
+            {line, text.substr(0, arrow), outcome.substr(0, blank), outcome.substr(blank + 1)});
     }
     return cases;
 }
@@ -35,7 +35,8 @@ std::vector<Case> ReadCases()
 std::string Outcome(Database& db, const std::string& expression)
 {
     try {
-        const auto rows = db.OpenRecordset("SELECT " + expression + " FROM T", RecordsetType::Snapshot);
+        const auto rows =
+            db.OpenRecordset("SELECT " + expression + " FROM T", RecordsetType::Snapshot);
         const Value value = rows->Get(0);
         const ColumnType type = rows->Fields().front().type;
         std::string text = value.IsNull() ? "Null" : value.AsText();
@@ -82,7 +83,8 @@ TEST(DialectTest, LiteralsAndKeywordsMayMeetWithoutABlank)
 {
     ScratchDatabase scratch;
     MakeTable(scratch);
-    EXPECT_EQ(scratch.Rows("SELECT min(d)as min, max(d)as max FROM T WHERE i=-7AND d=2.5AND t='Zuiderdijk'AND 1=1"),
+    EXPECT_EQ(scratch.Rows("SELECT min(d)as min, max(d)as max FROM T WHERE i=-7AND d=2.5AND "
+                           "t='Zuiderdijk'AND 1=1"),
               std::vector<std::string>{"2.5|2.5"});
 }
 

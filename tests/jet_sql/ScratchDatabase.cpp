@@ -24,7 +24,7 @@ constexpr std::array<std::pair<ColumnType, std::string_view>, 14> kTypes = {{
     {ColumnType::Decimal, "Decimal"},
 }};
 
-constexpr std::array<std::pair<ErrorKind, std::string_view>, 12> kKinds = {{
+constexpr std::array<std::pair<ErrorKind, std::string_view>, 15> kKinds = {{
     {ErrorKind::Syntax, "Syntax"},
     {ErrorKind::TypeMismatch, "TypeMismatch"},
     {ErrorKind::Overflow, "Overflow"},
@@ -37,6 +37,9 @@ constexpr std::array<std::pair<ErrorKind, std::string_view>, 12> kKinds = {{
     {ErrorKind::NotSupported, "NotSupported"},
     {ErrorKind::Duplicate, "Duplicate"},
     {ErrorKind::NullNotAllowed, "NullNotAllowed"},
+    {ErrorKind::NameInUse, "NameInUse"},
+    {ErrorKind::ReadOnly, "ReadOnly"},
+    {ErrorKind::Closed, "Closed"},
 }};
 
 std::string ValueText(const Value& value)
@@ -100,7 +103,8 @@ std::vector<std::string> ScratchDatabase::Rows(std::string_view source)
 std::string ScratchDatabase::Names(std::string_view source)
 {
     std::string names;
-    for (const FieldDef& field : Open(source)->Fields())
+    const auto rows = Open(source);
+    for (const FieldDef& field : rows->Fields())
         names += (names.empty() ? "" : "|") + field.name;
     return names;
 }
@@ -114,8 +118,8 @@ Value ScratchDatabase::One(std::string_view source)
 std::string ScratchDatabase::Refusal(std::string_view statement, ErrorKind expected)
 {
     try {
-        const bool select = statement.substr(0, 6) == "SELECT" &&
-                            statement.find(" INTO ") == statement.npos;
+        const bool select =
+            statement.substr(0, 6) == "SELECT" && statement.find(" INTO ") == statement.npos;
         if (select)
             db->OpenRecordset(statement, RecordsetType::Snapshot);
         else

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "jet/dao/Workspace.h"
 #include "TemporaryFolder.h"
+#include "jet/dao/Workspace.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>

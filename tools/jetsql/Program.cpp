@@ -4,10 +4,13 @@
 #include "CsvImport.h"
 #include "RowPrinter.h"
 #include "SchemaText.h"
+#include "StatementRunner.h"
+#include "Terminal.h"
 #include "jet/base/Text.h"
 #include "jet/dao/Version.h"
 
 #include <fstream>
+#include <iostream>
 #include <ostream>
 
 namespace jetsql {
@@ -76,9 +79,24 @@ int Program::RunCommand(const Arguments& arguments)
         Import(workspace, *database, arguments);
         break;
     default:
-        database->Execute(arguments.statements.value_or(""));
+        RunStatements(workspace, *database, arguments);
     }
     return 0;
+}
+
+void Program::RunStatements(jet::Workspace& workspace, jet::Database& database,
+                            const Arguments& arguments)
+{
+    StatementRunner runner(workspace, database, arguments.json ? RowFormat::Json : RowFormat::Csv,
+                           m_out);
+    if (arguments.statements)
+        runner.RunScript(*arguments.statements);
+    else if (&m_in == &std::cin && IsTerminal())
+        runner.Talk(
+            [](bool continued) { return ReadTypedLine(continued ? "   ...> " : "jetsql> "); },
+            m_errors);
+    else
+        runner.RunScript(m_in);
 }
 
 void Program::PrintTables(const jet::Database& database, const Arguments& arguments)

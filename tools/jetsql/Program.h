@@ -19,6 +19,8 @@ public:
 
 private:
     int RunCommand(const Arguments& arguments);
+    void RunStatements(jet::Workspace& workspace, jet::Database& database,
+                       const Arguments& arguments);
     void PrintTables(const jet::Database& database, const Arguments& arguments);
     void PrintSchema(const jet::Database& database, const Arguments& arguments);
     int PrintCheck(jet::Database& database, const Arguments& arguments);
