@@ -82,13 +82,15 @@ bool IsInDevelopment()
 
 int Main()
 {
+    // Given up last: the next instance finds the settings of this one written.
+    std::unique_ptr<PreviousInstance> previous;
     try {
         gPaneSizes.SetFactory([] { return std::make_shared<PaneSizes>(); });
         gSingleObject.SetFactory([] { return std::make_shared<SingleObject>(); });
         gIniFile.Set(std::make_shared<QLMIniFile>());
         SetBusy();
-        PreviousInstance previous;
-        if (previous.Exists() && ActivatePrevInstance(previous))
+        previous = std::make_unique<PreviousInstance>();
+        if (previous->Exists() && ActivatePrevInstance(*previous))
             return 0;
         RefuseIf(CheckScreen(DisplayInfo()));
         SetLanguage(QString());
@@ -105,7 +107,7 @@ int Main()
         frmMain& window = gMainForm();
         QObject::connect(&window, &frmMain::Unloaded, qApp, &QCoreApplication::quit,
                          Qt::QueuedConnection);
-        QObject::connect(&previous, &PreviousInstance::Knocked, &window,
+        QObject::connect(previous.get(), &PreviousInstance::Knocked, &window,
                          [&window] { BringForward(window); });
         window.show();
         QApplication::processEvents();
