@@ -17,6 +17,12 @@ namespace {
 
 constexpr std::int32_t kFullAccess = 0xFFFFF;
 
+void RequireWritable(const Pager& pager)
+{
+    if (pager.IsReadOnly())
+        throw Error(ErrorKind::ReadOnly, pager.WhyReadOnly());
+}
+
 void RefuseSystemTable(const TableEntry& entry)
 {
     if (entry.system)
@@ -154,6 +160,7 @@ Value ZeroOf(ColumnType type)
 void Catalog::Create(const TableSpec& spec)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     CheckName(spec.name);
     RefuseUsedName(parts.tables, parts.otherNames, spec.name);
     TableDefinition definition = DefinitionFrom(spec);
@@ -204,6 +211,7 @@ void Catalog::Create(const TableSpec& spec)
 void Catalog::Drop(std::string_view table)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     const TableEntry entry = parts.Entry(table);
     RefuseSystemTable(entry);
     const auto relationships = parts.SystemTable("MSysRelationships");
@@ -230,6 +238,7 @@ void Catalog::Drop(std::string_view table)
 void Catalog::Rename(std::string_view table, std::string_view newName)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     const TableEntry entry = parts.Entry(table);
     RefuseSystemTable(entry);
     CheckName(newName);
@@ -257,6 +266,7 @@ void Catalog::Rename(std::string_view table, std::string_view newName)
 void Catalog::AddColumns(std::string_view table, const std::vector<ColumnSpec>& columns)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     const TableEntry entry = parts.Entry(table);
     RefuseSystemTable(entry);
     const auto opened = parts.OpenEntry(entry);
@@ -304,6 +314,7 @@ void Catalog::AddColumns(std::string_view table, const std::vector<ColumnSpec>& 
 void Catalog::DropColumn(std::string_view table, std::string_view column)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     const TableEntry entry = parts.Entry(table);
     RefuseSystemTable(entry);
     TableDefinition definition = parts.OpenEntry(entry)->Definition();
@@ -343,6 +354,7 @@ void Catalog::DropColumn(std::string_view table, std::string_view column)
 void Catalog::CreateIndex(std::string_view table, const IndexSpec& spec)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     const TableEntry entry = parts.Entry(table);
     RefuseSystemTable(entry);
     const auto opened = parts.OpenEntry(entry);
@@ -365,6 +377,7 @@ void Catalog::CreateIndex(std::string_view table, const IndexSpec& spec)
 void Catalog::DropIndex(std::string_view table, std::string_view index)
 {
     Parts& parts = Fresh();
+    RequireWritable(parts.pager);
     const TableEntry entry = parts.Entry(table);
     RefuseSystemTable(entry);
     TableDefinition definition = parts.OpenEntry(entry)->Definition();

@@ -14,6 +14,18 @@ std::string Quote(std::string_view name)
     return '"' + std::string(name) + '"';
 }
 
+/// Whether the fields are there in their places; others may have come behind them.
+bool StillHas(const TableDefinition& definition, const std::vector<FieldDef>& fields)
+{
+    if (definition.columns.size() < fields.size())
+        return false;
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        if (definition.columns[i].name != fields[i].name ||
+            definition.columns[i].type != fields[i].type)
+            return false;
+    return true;
+}
+
 } // namespace
 
 TableRecordset::TableRecordset(std::shared_ptr<Session> session, std::string_view table,
@@ -64,7 +76,9 @@ Table& TableRecordset::Rows() const
         LetGo();
         Catalog& tables = m_session->Tables();
         m_schema = tables.SchemaVersion();
-        if (!tables.HasTable(m_name) || tables.Open(m_name) != m_table)
+        const bool same = tables.HasTable(m_name) && tables.Open(m_name) == m_table &&
+                          StillHas(m_table->Definition(), m_fields);
+        if (!same)
             m_table.reset();
     }
     if (!m_table)
@@ -362,14 +376,14 @@ void TableRecordset::Update()
     if (m_editing == Editing::New) {
         Row row = m_buffer;
         // A number read beforehand may have been handed out to another row since.
-        for (std::size_t i = 0; i < row.size(); ++i)
+        for (std::size_t i = 0; i < m_fields.size(); ++i)
             if (m_fields[i].autoNumber && !m_changed[i])
                 row[i] = {};
         m_lastModified = table.Insert(row);
     } else {
         RequireRow();
         std::vector<Table::Change> changes;
-        for (std::size_t i = 0; i < m_buffer.size(); ++i)
+        for (std::size_t i = 0; i < m_fields.size(); ++i)
             if (m_changed[i])
                 changes.push_back({static_cast<int>(i), m_buffer[i]});
         table.Update(m_row, changes);
