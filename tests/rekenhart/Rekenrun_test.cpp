@@ -289,7 +289,7 @@ TEST_F(RekenrunTest, UnknownKeysAreIgnoredWithAWarning)
 TEST_F(RekenrunTest, FailedWritingLeavesNoResultBehind)
 {
     database.AddRow(kBerekening, 4, 1000);
-    std::ofstream(folder / "overzicht.xls") << "vorige regel\n";
+    std::ofstream(folder / "overzicht.xls", std::ios::binary) << "vorige regel\n";
     database.writeFails = true;
     const auto code = Run("OVERZICHTNM = '" + ToUtf8(folder / "overzicht.xls") + "'\r\n");
     ExpectFailure(code, ExitCode::Database,
