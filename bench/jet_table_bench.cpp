@@ -2,7 +2,6 @@
 // beside a peer that does the same: SQLite for rows and look-ups, mdb-export
 // (where it is installed) for a table written out as text.
 
-#include "jet/base/Numbers.h"
 #include "jet/table/TableInternals.h"
 
 #include <benchmark/benchmark.h>
@@ -280,7 +279,8 @@ void ScanToCsvJet(benchmark::State& state)
                                                std::get<std::int32_t>(scan.Get(column).Raw()));
                 line.append(number, end.ptr).push_back(',');
             }
-            line += TextFromDouble(scan.Get(2).AsDouble());
+            const auto end = std::to_chars(number, number + sizeof number, scan.Get(2).AsDouble());
+            line.append(number, end.ptr);
             line += ",\"";
             line += scan.Get(3).AsText();
             line += "\"\n";

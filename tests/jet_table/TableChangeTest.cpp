@@ -1,12 +1,11 @@
 #include "SampleFile.h"
-#include "ScratchTable.h"
 #include "TableCheck.h"
+#include "TestTable.h"
 #include "TreeCheck.h"
 
 #include "jet/base/ByteOrder.h"
 #include "jet/base/Error.h"
 #include "jet/base/Numbers.h"
-#include "jet/table/LongValues.h"
 
 #include <gtest/gtest.h>
 
@@ -16,76 +15,10 @@ using namespace jet;
 
 namespace {
 
-struct TestTable {
-    ScratchFile file;
-    std::unique_ptr<Table> table;
-
-    explicit TestTable(const TableSketch& sketch)
-    {
-        const TableDefinition definition = MakeTable(file, sketch);
-        table = OpenTable(file, definition.page);
-    }
-
-    RowId Insert(Row row) { return table->Insert(row); }
-    void Update(RowId row, std::vector<Table::Change> changes) { table->Update(row, changes); }
-
-    Column& ColumnAt(int column)
-    {
-        return table->Internals().definition.columns[static_cast<std::size_t>(column)];
-    }
-
-    /// `change` is refused with an error of this kind that names `names`, and no page is touched.
-    template <typename Change>
-    void ExpectRefused(ErrorKind kind, std::vector<std::string> names, Change change)
-    {
-        const std::uint64_t before = file.Pager().ChangeCount();
-        try {
-            change();
-            ADD_FAILURE() << "not refused";
-        } catch (const Error& error) {
-            EXPECT_EQ(error.Kind(), kind) << error.what();
-            for (const std::string& name : names)
-                EXPECT_NE(std::string(error.what()).find("\"" + name + "\""), std::string::npos)
-                    << error.what();
-        }
-        EXPECT_EQ(file.Pager().ChangeCount(), before) << "pages were touched";
-    }
-
-    void ExpectInsertRefused(ErrorKind kind, std::vector<std::string> names, Row row)
-    {
-        ExpectRefused(kind, std::move(names), [&] { table->Insert(row); });
-    }
-};
-
 Slot SlotOf(Pager& pager, RowId row)
 {
     const PageView view = pager.Read(row.page);
     return DataPage(pager, row.page, view.Data()).At(row.slot);
-}
-
-TableSketch NumberAndText()
-{
-    TableSketch sketch;
-    sketch.Add("Nummer", ColumnType::Long);
-    sketch.Add("Naam", ColumnType::Text, 250);
-    return sketch;
-}
-
-TableSketch NumberAndMemo()
-{
-    TableSketch sketch;
-    sketch.Add("Nummer", ColumnType::Long);
-    sketch.Add("Memo", ColumnType::Memo);
-    sketch.Add("Ole", ColumnType::Ole);
-    return sketch;
-}
-
-Bytes Pattern(std::size_t length, int seed = 1)
-{
-    Bytes bytes(length);
-    for (std::size_t i = 0; i < length; ++i)
-        bytes[i] = static_cast<std::byte>((i * 7 + static_cast<std::size_t>(seed)) % 251);
-    return bytes;
 }
 
 } // namespace
@@ -471,102 +404,6 @@ TEST(TableChangeTest, ARowThatIsTooLongIsRefused)
     EXPECT_EQ(t.table->GetRow(id), fits);
     t.ExpectRefused(ErrorKind::RowTooLarge, {"Proef"}, [&] { t.Update(id, {{9, alphas}}); });
     EXPECT_EQ(t.table->GetRow(id), fits);
-}
-
-// --- long values ------------------------------------------------------------
-
-TEST(TableChangeTest, LongValuesOfEveryLengthComeBack)
-{
-    TestTable t(NumberAndMemo());
-    std::map<std::size_t, RowId> rows;
-    for (const std::size_t length :
-         {0u, 1u, 2u, 63u, 64u, 65u, 1000u, 1025u, 4076u, 4077u, 8144u, 8145u, 100000u, 3000000u})
-        rows[length] = t.Insert(
-            {static_cast<std::int32_t>(length), std::string(length, 'm'), Pattern(length)});
-    const PageNumber page = t.table->Definition().page;
-    t.file.Reopen();
-    t.table = OpenTable(t.file, page);
-    for (const auto& [length, row] : rows) {
-        EXPECT_TRUE(t.table->Get(row, 1) == Value(std::string(length, 'm'))) << length;
-        EXPECT_TRUE(t.table->Get(row, 2) == Value(Pattern(length))) << length;
-        EXPECT_FALSE(t.table->Get(row, 1).IsNull()) << "an empty memo is not null";
-    }
-    ExpectSoundTable(*t.table);
-}
-
-TEST(TableChangeTest, PagesOfReplacedAndDeletedLongValuesAreUsedAgain)
-{
-    TestTable t(NumberAndMemo());
-    const std::size_t before = CountPagesInUse(t.file);
-    const RowId row = t.Insert({std::int32_t{1}, std::string(50000, 'a'), Pattern(50000)});
-    const std::size_t with = CountPagesInUse(t.file);
-    const PageNumber pagesOfFile = t.file.Pager().PageCount();
-    for (int i = 0; i < 10; ++i)
-        t.Update(row, {{1, std::string(50000, 'b')}, {2, Pattern(50000, i)}});
-    EXPECT_LE(CountPagesInUse(t.file), with + 2);
-    EXPECT_LE(t.file.Pager().PageCount(), 2 * pagesOfFile);
-    t.Update(row, {{1, Value()}, {2, Pattern(5)}});
-    ExpectSoundTable(*t.table);
-    EXPECT_EQ(CountPagesInUse(t.file), before + 1);
-    t.table->Delete(row);
-    EXPECT_EQ(CountPagesInUse(t.file), before);
-}
-
-TEST(TableChangeTest, AnUpdateThatLeavesALongValueAloneKeepsItsReference)
-{
-    TestTable t(NumberAndMemo());
-    const RowId row = t.Insert({std::int32_t{1}, std::string(9000, 'a'), Pattern(30)});
-    const auto reference = [&](int column) {
-        const auto found = FindRow(t.file.Pager(), t.table->Definition().page, row);
-        const RowView view(t.file.Pager(), row.page, t.table->Definition(), found->bytes);
-        const auto bytes = view.Bytes(t.ColumnAt(column));
-        return Bytes(bytes.begin(), bytes.end());
-    };
-    const Bytes memo = reference(1), ole = reference(2);
-    t.Update(row, {{0, std::int32_t{2}}});
-    EXPECT_EQ(reference(1), memo);
-    EXPECT_EQ(reference(2), ole);
-    EXPECT_EQ(memo.size(), 12u);
-    EXPECT_EQ(ole.size(), 12u + 30u) << "inline";
-    ExpectSoundTable(*t.table);
-}
-
-TEST(TableChangeTest, ShortLongValuesLeaveARowThatWouldBecomeTooLong)
-{
-    TableSketch sketch;
-    for (int i = 0; i < 100; ++i)
-        sketch.Add("Memo" + std::to_string(i), ColumnType::Memo);
-    TestTable t(sketch);
-    Row row(100);
-    for (std::size_t i = 0; i < row.size(); ++i)
-        row[i] = std::string(40 + i % 20, 'k');
-    const RowId id = t.Insert(row); // 100 x (12 + 50) bytes inline would be far too long
-    EXPECT_EQ(t.table->GetRow(id), row);
-    std::vector<Table::Change> changes;
-    for (int i = 0; i < 100; i += 3) {
-        row[static_cast<std::size_t>(i)] = "kort";
-        changes.push_back({i, "kort"});
-    }
-    t.Update(id, changes);
-    EXPECT_EQ(t.table->GetRow(id), row);
-    ExpectSoundTable(*t.table);
-}
-
-TEST(TableChangeTest, ManySmallLongValuesShareAPage)
-{
-    TestTable t(NumberAndMemo());
-    const std::size_t before = CountPagesInUse(t.file);
-    std::vector<RowId> rows;
-    for (int i = 0; i < 100; ++i)
-        rows.push_back(t.Insert({std::int32_t{i}, Value(), Pattern(200, i)}));
-    EXPECT_LE(CountPagesInUse(t.file), before + 1 + 6 + 1); // 100 x 202 bytes, and the rows
-    for (int round = 0; round < 20; ++round) {
-        for (int i = 0; i < 100; i += 7)
-            t.Update(rows[static_cast<std::size_t>(i)],
-                     {{2, Pattern(200 + static_cast<std::size_t>(round), i)}});
-    }
-    ExpectSoundTable(*t.table);
-    EXPECT_LE(CountPagesInUse(t.file), before + 1 + 6 + 3);
 }
 
 // --- tables that were changed -----------------------------------------------

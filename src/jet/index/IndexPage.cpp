@@ -16,7 +16,7 @@ constexpr std::uint8_t kNodeType = 3, kLeafType = 4;
 constexpr std::size_t kFreeAt = 2, kOwnerAt = 4;
 
 constexpr IndexLayout kJet3 = {8, 12, 16, 20, 21, 22, 0xF8, 1800};
-constexpr IndexLayout kJet4 = {12, 16, 20, 24, 26, 27, 0x1E0, 3616};
+constexpr IndexLayout kJet4 = {12, 16, 20, 24, 26, 27, 0x1E0, kIndexPageCapacity};
 
 std::size_t CommonPrefix(ByteSpan a, ByteSpan b)
 {
@@ -215,7 +215,7 @@ std::size_t IndexPage::Before(std::size_t position) const
 
 std::size_t IndexPage::LowerBound(ByteSpan target) const
 {
-    if (m_end == 0)
+    if (m_end == 0 || target.empty())
         return 0;
     if (m_prefix != 0) {
         const std::size_t shared = std::min(m_prefix, target.size());

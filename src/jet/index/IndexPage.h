@@ -16,6 +16,9 @@ int CompareBytes(ByteSpan a, ByteSpan b);
 inline constexpr std::size_t kRowPointerSize = 4; // behind the key of every entry
 inline constexpr std::size_t kChildSize = 4;      // behind that, in nodes
 
+/// Bytes for entries on an index page of a Jet 4 file.
+inline constexpr std::size_t kIndexPageCapacity = 3616;
+
 /// Appends the row pointer that ends an index entry: unlike elsewhere big-endian.
 void AppendRowPointer(RowId row, Bytes& entry);
 /// The row pointer at the end of a leaf entry (of a node entry without its child).

@@ -11,9 +11,8 @@ namespace jet {
 
 namespace {
 
-constexpr std::size_t kCapacity = 3616;
 // Pages of a new tree are filled to nine tenths, so that it does not split all over at once.
-constexpr std::size_t kFilled = kCapacity * 9 / 10;
+constexpr std::size_t kFilled = kIndexPageCapacity * 9 / 10;
 
 struct Built {
     PageNumber page;

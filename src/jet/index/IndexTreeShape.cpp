@@ -10,12 +10,6 @@
 
 namespace jet {
 
-namespace {
-
-constexpr std::size_t kCapacity = 3616;
-
-} // namespace
-
 /// How many entries go to the left page. Any split is sound whose halves fit;
 /// the one nearest to the middle is taken, or, for a tree that only grows at its
 /// end, the one that leaves the left page full.
@@ -26,8 +20,8 @@ std::size_t IndexTree::SplitPoint(const IndexNode& node, bool appended) const
     const std::size_t least = node.leaf ? 1 : 2;
     const std::size_t most = node.Count() - 1;
     const auto fits = [&](std::size_t at) {
-        return node.StoredSize(0, node.leaf ? at : at - 1) <= kCapacity &&
-               node.StoredSize(at, node.Count()) <= kCapacity;
+        return node.StoredSize(0, node.leaf ? at : at - 1) <= kIndexPageCapacity &&
+               node.StoredSize(at, node.Count()) <= kIndexPageCapacity;
     };
     if (appended && most >= least && fits(most))
         return most;
@@ -63,7 +57,7 @@ std::pair<IndexNode, IndexNode> IndexTree::Halves(const IndexNode& node, std::si
 void IndexTree::StoreOrSplit(const Path& path, std::size_t depth, IndexNode& node, bool appended)
 {
     const PageNumber page = path[depth];
-    if (node.StoredSize(0, node.Count()) <= kCapacity) {
+    if (node.StoredSize(0, node.Count()) <= kIndexPageCapacity) {
         Store(page, node);
         return;
     }

@@ -24,9 +24,7 @@ void Append(T value, Bytes& out)
 
 void AppendGuid(const Guid& guid, Bytes& out)
 {
-    static constexpr std::size_t kStoredOrder[16] = {3, 2, 1,  0,  5,  4,  7,  6,
-                                                     8, 9, 10, 11, 12, 13, 14, 15};
-    for (const std::size_t i : kStoredOrder)
+    for (const std::size_t i : kGuidOrder)
         out.push_back(guid.bytes[i]);
 }
 

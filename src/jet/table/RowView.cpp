@@ -117,14 +117,11 @@ std::size_t FixedSize(ColumnType type)
 
 namespace {
 
-/// The first three parts of a GUID are little-endian numbers in a row.
 Guid DecodeGuid(std::span<const std::byte> bytes)
 {
-    static constexpr std::size_t kPrintOrder[16] = {3, 2, 1,  0,  5,  4,  7,  6,
-                                                    8, 9, 10, 11, 12, 13, 14, 15};
     Guid guid;
     for (std::size_t i = 0; i < 16; ++i)
-        guid.bytes[i] = bytes[kPrintOrder[i]];
+        guid.bytes[i] = bytes[kGuidOrder[i]];
     return guid;
 }
 

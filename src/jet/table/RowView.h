@@ -49,6 +49,11 @@ private:
 /// reference, see LongValues). Throws Damaged when there are too few.
 Value DecodeValue(const Column& column, std::span<const std::byte> bytes, FileVersion version);
 
+/// Where a GUID's bytes as printed stand in a row, and the other way round: its
+/// first three parts are little-endian numbers there.
+inline constexpr std::array<std::size_t, 16> kGuidOrder = {3, 2, 1,  0,  5,  4,  7,  6,
+                                                           8, 9, 10, 11, 12, 13, 14, 15};
+
 /// Bytes that a value of a type takes; 0 for those whose length varies.
 std::size_t FixedSize(ColumnType type);
 
