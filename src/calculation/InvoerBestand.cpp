@@ -208,10 +208,21 @@ private:
         // In the database a calculation without profile has ProfielId 0, which is
         // how it is found back; the file says -999.
         const int profielId = m_profiel.isEmpty() ? 0 : m_profielId;
-        const int id = m_database.AddBerekening(m_berekening.berekening, profielId, m_omschrijving,
-                                                m_overslagdebiet);
-        for (const double herhalingstijd : std::as_const(m_herhalingstijden))
+        // One calculation serves all locations of a batch that have the same
+        // profile: the first of them registers it.
+        int id = m_database.FindBerekening(m_berekening.berekening, profielId, m_omschrijving,
+                                           m_overslagdebiet);
+        if (id == kNietBekend)
+            id = m_database.AddBerekening(m_berekening.berekening, profielId, m_omschrijving,
+                                          m_overslagdebiet);
+        // A period that is asked for twice (the norm's among the extra ones) has one row.
+        QList<double> gehad;
+        for (const double herhalingstijd : std::as_const(m_herhalingstijden)) {
+            if (gehad.contains(herhalingstijd))
+                continue;
+            gehad << herhalingstijd;
             m_database.AddNewResultaatRecord(id, m_locatie, herhalingstijd);
+        }
         m_uit.Kop(kKopBerekening);
         m_uit.Regel("BEREKENING_ID", QString::number(id), kKaal);
     }

@@ -157,6 +157,9 @@ public:
     /// is one with the same four fields) and 1510.
     int AddBerekening(const QString& naam, int profielId, const QString& faalmechanisme,
                       double overslagdebiet);
+    /// The calculation with exactly these four fields; kNietBekend when there is none.
+    int FindBerekening(const QString& naam, int profielId, const QString& faalmechanisme,
+                       double overslagdebiet);
     /// An empty result row, to be filled by the calculation core. Error 1509.
     void AddNewResultaatRecord(int berekeningId, const QString& locatie, double herhalingstijd);
     void RenameBerekening(const QString& oud, const QString& nieuw);

@@ -12,24 +12,30 @@ using sql::InEnkeleQuotes;
 int HRdb::AddBerekening(const QString& naam, int profielId, const QString& faalmechanisme,
                         double overslagdebiet)
 {
-    const QString naamTekst = InEnkeleQuotes(naam);
-    const QString mechanismeTekst = InEnkeleQuotes(faalmechanisme);
-    RecordsetPtr toegevoegd;
+    int id = kNietBekend;
     try {
         Execute(
             "INSERT INTO Berekening ([Naam],[ProfielId],[Faalmechanisme],[QOverslag]) VALUES (" +
-            naamTekst + "," + Getal(profielId) + "," + mechanismeTekst + "," +
-            Getal(overslagdebiet) + ");");
-        toegevoegd = Open("SELECT Id FROM Berekening WHERE [Naam]=" + naamTekst +
-                              " AND [ProfielId]=" + Getal(profielId) + " AND [Faalmechanisme]=" +
-                              mechanismeTekst + " AND [QOverslag]=" + Getal(overslagdebiet) + ";",
-                          jet::RecordsetType::Snapshot);
+            InEnkeleQuotes(naam) + "," + Getal(profielId) + "," + InEnkeleQuotes(faalmechanisme) +
+            "," + Getal(overslagdebiet) + ");");
+        id = FindBerekening(naam, profielId, faalmechanisme, overslagdebiet);
     } catch (const std::exception& error) {
         RaiseFout(1509, {Description(error)});
     }
-    if (!heeftRecords(toegevoegd))
+    if (id == kNietBekend)
         RaiseFout(1510);
-    return toegevoegd->Get("Id").AsIntOr(-1);
+    return id;
+}
+
+int HRdb::FindBerekening(const QString& naam, int profielId, const QString& faalmechanisme,
+                         double overslagdebiet)
+{
+    const auto rows = Open("SELECT Id FROM Berekening WHERE [Naam]=" + InEnkeleQuotes(naam) +
+                               " AND [ProfielId]=" + Getal(profielId) +
+                               " AND [Faalmechanisme]=" + InEnkeleQuotes(faalmechanisme) +
+                               " AND [QOverslag]=" + Getal(overslagdebiet) + ";",
+                           jet::RecordsetType::Snapshot);
+    return heeftRecords(rows) ? rows->Get("Id").AsIntOr(kNietBekend) : kNietBekend;
 }
 
 void HRdb::AddNewResultaatRecord(int berekeningId, const QString& locatie, double herhalingstijd)
