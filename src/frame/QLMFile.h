@@ -92,7 +92,7 @@ public:
     /// Between the last separator and the last ".". Raises
     /// RuntimeFout::InvalidArgument when no "." follows the separator.
     [[nodiscard]] QString GetBaseName() const;
-    /// Both raise InvalidFileSpec when the specification is empty or the new
+    /// Both raise InvalidFileSpec when the file spec is empty or the new
     /// part holds one of ? " | / \ : < >.
     void SetBaseName(const QString& baseName);
     /// Behind the last "."; without one the whole specification.
