@@ -183,6 +183,31 @@ TEST(Failure, AFailingReadGoesUpAndTheFileIsAsBefore)
     }
 }
 
+TEST(Failure, AfterAFailedCommitOnlyARollbackIsPossible)
+{
+    jet_testing::MemoryFileSystem files;
+    MakeFile(files);
+    const std::string before = ContentOf(files);
+    FaultyFileSystem faulty(files);
+    jet::Workspace workspace(faulty);
+    const auto database = workspace.OpenDatabase(kFile);
+    workspace.BeginTrans();
+    ChangeRows(*database);
+    faulty.Arm({.operations = FaultyFileSystem::kSync, .at = 1, .effect = Effect::FailForGood});
+    EXPECT_THROW(workspace.CommitTrans(jet::Flush::Yes), jet::Error);
+    faulty.Disarm();
+    EXPECT_EQ(workspace.TransactionDepth(), 1);
+    workspace.Rollback();
+    EXPECT_EQ(workspace.TransactionDepth(), 0);
+    EXPECT_FALSE(database->HasTable("U"));
+    workspace.BeginTrans();
+    ChangeRows(*database);
+    workspace.CommitTrans(jet::Flush::Yes);
+    EXPECT_TRUE(database->HasTable("U"));
+    database->Close();
+    EXPECT_NE(ContentOf(files), before);
+}
+
 TEST(Failure, AFullDiskLeavesARefusedRowAndAUsableDatabase)
 {
     jet_testing::MemoryFileSystem files;

@@ -92,6 +92,21 @@ TEST(Mutation, BearsDamageOfEveryKind)
     EXPECT_GT(opened, 300);
 }
 
+TEST(Mutation, BearsChangesInDamagedFiles)
+{
+    std::mt19937 random(314);
+    for (const auto& path : Samples()) {
+        const Bytes original = Load(path);
+        for (int round = 0; round < 25; ++round) {
+            Bytes bytes = original;
+            if (round > 0)
+                Damage(bytes, random);
+            SCOPED_TRACE(path.filename().string() + " round " + std::to_string(round));
+            ASSERT_NO_THROW(ChangeEverything(bytes));
+        }
+    }
+}
+
 TEST(Mutation, BearsFilesCutOffAnywhere)
 {
     const Bytes original = Load(Samples().front());

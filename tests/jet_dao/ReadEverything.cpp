@@ -27,6 +27,44 @@ void ReadRows(jet::Recordset& rows, std::size_t most)
     }
 }
 
+template <typename Action>
+void Try(Action&& action)
+{
+    try {
+        action();
+    } catch (const jet::Error&) {
+    }
+}
+
+void ChangeRows(jet::Recordset& rows)
+{
+    for (int i = 0; i < 3; ++i) {
+        Try([&] {
+            rows.AddNew();
+            for (std::size_t f = 0; f < rows.Fields().size(); ++f)
+                if (!rows.Fields()[f].autoNumber && rows.Fields()[f].type == jet::ColumnType::Text)
+                    rows.Set(static_cast<int>(f), "nieuw " + std::to_string(i));
+            rows.Update();
+        });
+    }
+    int count = 0;
+    Try([&] {
+        for (rows.MoveFirst(); !rows.EndOfFile() && count < 40; rows.MoveNext(), ++count) {
+            if (count % 3 == 0) {
+                Try([&] { rows.Delete(); });
+            } else if (count % 3 == 1) {
+                Try([&] {
+                    rows.Edit();
+                    for (std::size_t f = 0; f < rows.Fields().size(); ++f)
+                        if (rows.Fields()[f].type == jet::ColumnType::Memo)
+                            rows.Set(static_cast<int>(f), std::string(6000, 'g'));
+                    rows.Update();
+                });
+            }
+        }
+    });
+}
+
 } // namespace
 
 bool ReadEverything(std::span<const std::byte> bytes)
@@ -62,4 +100,40 @@ bool ReadEverything(std::span<const std::byte> bytes)
     }
     database->Check();
     return true;
+}
+
+void ChangeEverything(std::span<const std::byte> bytes)
+{
+    jet_testing::MemoryFileSystem files;
+    files.Put("invoer.mdb", {bytes.begin(), bytes.end()});
+    jet::Workspace workspace(files);
+    std::unique_ptr<jet::Database> database;
+    std::vector<std::string> names;
+    Try([&] {
+        database = workspace.OpenDatabase("invoer.mdb");
+        names = database->TableNames();
+    });
+    if (!database)
+        return;
+    for (const bool keep : {false, true}) {
+        workspace.BeginTrans();
+        for (const std::string& name : names) {
+            Try([&] { ChangeRows(*database->OpenRecordset(name, jet::RecordsetType::Table)); });
+            Try([&] {
+                database->AddField(name, {.name = "Erbij", .type = jet::ColumnType::Memo});
+                database->DropField(name, "Erbij");
+            });
+        }
+        Try([&] { database->CreateTable({.name = "Nieuw", .fields = {{.name = "A"}}}); });
+        Try([&] { database->DropTable(names.empty() ? "Nieuw" : names.front()); });
+        bool committed = false;
+        if (keep)
+            Try([&] {
+                workspace.CommitTrans();
+                committed = true;
+            });
+        if (!committed)
+            Try([&] { workspace.Rollback(); });
+    }
+    database->Check();
 }

@@ -505,6 +505,14 @@ TEST_F(TableRecordsetTest, IsReadOnlyWhenAsked)
     EXPECT_EQ(KindOf([&] { rows->Delete(); }), ErrorKind::ReadOnly);
 }
 
+TEST_F(TableRecordsetTest, ReadsTheEnginesOwnTablesAndNoMore)
+{
+    const auto rows = database->OpenRecordset("MSysObjects");
+    EXPECT_EQ(rows->RecordCount(), 9);
+    EXPECT_FALSE(rows->Updatable());
+    EXPECT_EQ(KindOf([&] { rows->Delete(); }), ErrorKind::ReadOnly);
+}
+
 TEST_F(TableRecordsetTest, EndsWithItself)
 {
     AddSome();

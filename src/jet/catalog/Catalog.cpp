@@ -6,7 +6,7 @@
 #include "jet/catalog/Clock.h"
 #include "jet/table/TableInternals.h"
 
-#include <algorithm>
+#include <set>
 
 namespace jet {
 
@@ -75,12 +75,16 @@ void Catalog::Parts::Forget()
     otherNames.clear();
     defaults.clear();
     ++schemaVersion;
-    // Tables that somebody holds are brought back to what the file says.
+    // Tables that somebody may hold are brought back to what the file says; those
+    // that are gone are let go, so that their pages can be another table's.
     Load();
-    std::erase_if(open, [](const auto& known) { return known.second.expired(); });
-    for (const auto& [folded, entry] : tables)
-        if (const auto at = open.find(entry.page); at != open.end())
+    std::set<PageNumber> there;
+    for (const auto& [folded, entry] : tables) {
+        there.insert(entry.page);
+        if (entry.page != kObjectsDefinition && open.contains(entry.page))
             Adopt(entry, ReadTableDefinition(pager, entry.page));
+    }
+    std::erase_if(open, [&](const auto& known) { return !there.contains(known.first); });
 }
 
 void Catalog::Parts::Load()
@@ -131,9 +135,8 @@ const TableEntry& Catalog::Parts::Entry(std::string_view name)
 
 std::shared_ptr<Table> Catalog::Parts::OpenEntry(const TableEntry& entry)
 {
-    auto& known = open[entry.page];
-    if (auto table = known.lock())
-        return table;
+    if (const auto known = open.find(entry.page); known != open.end())
+        return known->second;
     TableDefinition definition = ReadTableDefinition(pager, entry.page);
     FillProperties(definition, entry);
     auto table = std::make_shared<Table>(pager, pages, entry.name, std::move(definition));
@@ -200,11 +203,9 @@ void Catalog::Parts::Adopt(const TableEntry& entry, TableDefinition definition)
     const auto at = open.find(entry.page);
     if (at == open.end())
         return;
-    if (const auto table = at->second.lock()) {
-        FillProperties(definition, entry);
-        table->Internals().name = entry.name;
-        table->Internals().SetDefinition(std::move(definition));
-    }
+    FillProperties(definition, entry);
+    at->second->Internals().name = entry.name;
+    at->second->Internals().SetDefinition(std::move(definition));
 }
 
 void Catalog::Parts::SchemaChanged(const TableEntry& entry)

@@ -64,8 +64,8 @@ public:
     /// All local tables, system tables too, in the order of their names.
     std::vector<TableEntry> Tables() const;
     bool HasTable(std::string_view name) const;
-    /// The same object for as long as somebody holds it (a change made through
-    /// one user is seen by all). Throws UnknownTable.
+    /// The same object for everybody, so that a change made through one user is
+    /// seen by all. Throws UnknownTable.
     std::shared_ptr<Table> Open(std::string_view name);
 
     // Changes of the schema: all of it happens or nothing, inside a transaction too.

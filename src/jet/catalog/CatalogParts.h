@@ -30,10 +30,10 @@ struct Catalog::Parts {
     std::uint64_t schemaVersion = 0;
 
     bool loaded = false;
-    std::map<std::string, TableEntry> tables;        ///< by folded name
-    std::map<std::string, std::string> otherNames;   ///< queries and links, by folded name
-    std::map<PageNumber, std::weak_ptr<Table>> open; ///< by definition page
-    std::shared_ptr<Table> objects;                  ///< MSysObjects
+    std::map<std::string, TableEntry> tables;          ///< by folded name
+    std::map<std::string, std::string> otherNames;     ///< queries and links, by folded name
+    std::map<PageNumber, std::shared_ptr<Table>> open; ///< by definition page
+    std::shared_ptr<Table> objects;                    ///< MSysObjects
     std::map<PageNumber, std::vector<std::optional<DefaultValue>>> defaults;
 
     void Load();

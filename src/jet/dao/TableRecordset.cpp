@@ -111,7 +111,8 @@ const std::string& TableRecordset::Name() const
 
 bool TableRecordset::Updatable() const
 {
-    return !m_options.readOnly && !Rows().File().IsReadOnly();
+    // The catalog alone writes the engine's own tables.
+    return !m_options.readOnly && !Rows().File().IsReadOnly() && !m_table->Definition().system;
 }
 
 void TableRecordset::RequireUpdatable() const

@@ -1,6 +1,7 @@
 #include "jet/upkeep/TableCheck.h"
 
 #include "jet/base/ByteOrder.h"
+#include "jet/base/Text.h"
 #include "jet/table/DataPage.h"
 #include "jet/table/LongValues.h"
 #include "jet/table/RowView.h"
@@ -227,26 +228,25 @@ void TableCheck::ExamineRows()
 void TableCheck::ExamineRow(PageNumber page, int slot, std::span<const std::byte> bytes)
 {
     const RowView row(m_pager, page, m_definition, bytes);
-    for (std::size_t i = 0; i < m_definition.columns.size(); ++i) {
-        const Column& column = m_definition.columns[i];
+    for (const Column& column : m_definition.columns) {
         if (!row.HasValue(column) || column.type == ColumnType::Boolean)
             continue;
         const auto stored = row.Bytes(column);
         if (column.IsLongValue()) {
-            ExamineLongValue(column, i, page, slot, stored);
+            ExamineLongValue(column, page, slot, stored);
             continue;
         }
         const Value value = DecodeValue(column, stored, m_pager.Version());
         if (column.autoNumber && column.type == ColumnType::Long)
             m_highestNumber = std::max<std::int64_t>(m_highestNumber, value.AsIntOr(0));
-        if (column.type == ColumnType::Text && stored.size() > column.lengthBytes &&
-            !value.IsNull() && value.AsText().size() > 4u * 255u)
+        if (column.type == ColumnType::Text &&
+            Utf16FromUtf8(value.AsTextOr("")).size() > static_cast<std::size_t>(column.Size()))
             m_findings.Fault("Veld \"" + column.name + "\" in " + RowText(page, slot) + " van " +
                              Where() + " is langer dan het veld.");
     }
 }
 
-void TableCheck::ExamineLongValue(const Column& column, std::size_t, PageNumber page, int slot,
+void TableCheck::ExamineLongValue(const Column& column, PageNumber page, int slot,
                                   std::span<const std::byte> stored)
 {
     if (stored.empty()) // as some programs store an empty value

@@ -37,7 +37,7 @@ private:
     void ExaminePointers();
     void ExamineRows();
     void ExamineRow(PageNumber page, int slot, std::span<const std::byte> row);
-    void ExamineLongValue(const Column& column, std::size_t position, PageNumber page, int slot,
+    void ExamineLongValue(const Column& column, PageNumber page, int slot,
                           std::span<const std::byte> stored);
     void FollowChain(LongValuePages& pages, const std::string& where, RowId first,
                      std::uint32_t length, bool chain);
