@@ -253,7 +253,7 @@ Twin QueryMaker::Number(int depth)
         return {"Len(" + text.jet + ")", "length(" + text.lite + ")"};
     }
     default:
-        return "(-" + Number(depth - 1) + ")";
+        return "(- " + Number(depth - 1) + ")";
     }
 }
 

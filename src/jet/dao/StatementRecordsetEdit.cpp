@@ -74,7 +74,10 @@ void StatementRecordset::Insert()
         if (m_changed[i])
             row[static_cast<std::size_t>(m_query->Columns()[i].sourceColumn)] = m_buffer[i];
     }
-    m_lastModified = table.Insert(row);
+    {
+        const sql::RowChangeScope own(*sql::Engine::Of(*m_session), {&table});
+        m_lastModified = table.Insert(row);
+    }
     m_ids.push_back(*m_lastModified);
     ++m_visited;
     if (m_ids.size() == 1) // nothing was current: still nothing is
@@ -97,7 +100,9 @@ void StatementRecordset::Update()
             if (m_changed[i])
                 changes.push_back({m_query->Columns()[i].sourceColumn, m_buffer[i]});
         }
-        LiveTable().Update(id, changes);
+        Table& table = LiveTable();
+        const sql::RowChangeScope own(*sql::Engine::Of(*m_session), {&table});
+        table.Update(id, changes);
         m_lastModified = id;
         m_calculatedKnown = false;
     }
@@ -115,7 +120,11 @@ void StatementRecordset::Delete()
     RequireUpdatable();
     RequireRow();
     const auto at = m_ids.begin() + m_position;
-    LiveTable().Delete(*at);
+    {
+        Table& table = LiveTable();
+        const sql::RowChangeScope own(*sql::Engine::Of(*m_session), {&table});
+        table.Delete(*at);
+    }
     m_ids.erase(at);
     m_editing = Editing::No;
     m_reader.reset();

@@ -43,12 +43,20 @@ int BoundSource::FindField(std::string_view field) const
     return -1;
 }
 
-bool SameMeaning(const Expr& first, const Expr& second)
+namespace {
+
+// Names of select items make one expression stand in many places, so that a
+// comparison could take for ever: it gets a number of steps and then gives up.
+bool SameMeaning(const Expr& first, const Expr& second, int& steps)
 {
     const Expr& a = first.meaning ? *first.meaning : first;
     const Expr& b = second.meaning ? *second.meaning : second;
-    if (a.kind != b.kind || a.operands.size() != b.operands.size() || a.select || b.select)
+    if (&a == &b)
+        return true;
+    if (--steps < 0 || a.kind != b.kind || a.operands.size() != b.operands.size() || a.select ||
+        b.select)
         return false;
+    bool same = true;
     switch (a.kind) {
     case ExprKind::Field:
         return a.source == b.source && a.column == b.column;
@@ -61,35 +69,29 @@ bool SameMeaning(const Expr& first, const Expr& second)
     case ExprKind::Date:
         return a.number == b.number;
     case ExprKind::Operation:
-        if (a.op != b.op)
-            return false;
+        same = a.op == b.op;
         break;
     case ExprKind::Call:
-        if (a.function != b.function)
-            return false;
+        same = a.function == b.function;
         break;
     case ExprKind::Aggregate:
-        if (a.aggregate != b.aggregate || a.star != b.star)
-            return false;
+        same = a.aggregate == b.aggregate && a.star == b.star;
         break;
     default:
-        if (a.negated != b.negated)
-            return false;
+        same = a.negated == b.negated;
         break;
     }
-    for (std::size_t i = 0; i < a.operands.size(); ++i) {
-        if (!SameMeaning(*a.operands[i], *b.operands[i]))
-            return false;
-    }
-    return true;
+    for (std::size_t i = 0; same && i < a.operands.size(); ++i)
+        same = SameMeaning(*a.operands[i], *b.operands[i], steps);
+    return same;
 }
 
-bool HasAggregate(const Expr& expr)
+} // namespace
+
+bool SameMeaning(const Expr& a, const Expr& b)
 {
-    if (expr.kind == ExprKind::Aggregate || (expr.meaning && HasAggregate(*expr.meaning)))
-        return true;
-    return std::any_of(expr.operands.begin(), expr.operands.end(),
-                       [](const ExprPtr& operand) { return HasAggregate(*operand); });
+    int steps = 10000;
+    return SameMeaning(a, b, steps);
 }
 
 void Binder::Fail(ErrorKind kind, std::size_t position, const std::string& problem) const
@@ -202,7 +204,7 @@ void Binder::BindBranch(Select& select, const Scope* outer, std::vector<OrderTer
     BindItems(select, scope);
     for (ExprPtr& expr : select.groupBy) {
         BindExpr(*expr, scope, Place::Plain);
-        if (HasAggregate(*expr))
+        if (expr->hasAggregate)
             Fail(ErrorKind::Query, expr->position, "GROUP BY op een totaal kan niet");
     }
     BindCondition(select.having.get(), scope, Place::Aggregated);
@@ -212,10 +214,10 @@ void Binder::BindBranch(Select& select, const Scope* outer, std::vector<OrderTer
 
     select.grouped = !select.groupBy.empty() || select.having;
     for (const SelectItem& item : select.items)
-        select.grouped = select.grouped || (item.expr && HasAggregate(*item.expr));
+        select.grouped = select.grouped || (item.expr && item.expr->hasAggregate);
     if (order != nullptr) {
         for (const OrderTerm& term : *order)
-            select.grouped = select.grouped || (term.item < 0 && HasAggregate(*term.expr));
+            select.grouped = select.grouped || (term.item < 0 && term.expr->hasAggregate);
     }
     if (!select.grouped)
         return;
@@ -242,10 +244,8 @@ void Binder::CheckGrouped(const Select& select, const Expr& expr, const Scope& s
     }
     if (expr.kind == ExprKind::Aggregate)
         return;
-    if (expr.meaning) {
-        CheckGrouped(select, *expr.meaning, scope);
+    if (expr.meaning) // an item of the select list, which is checked for itself
         return;
-    }
     const bool own =
         std::find(scope.sources.begin(), scope.sources.end(), expr.source) != scope.sources.end();
     if (expr.kind == ExprKind::Field && own)

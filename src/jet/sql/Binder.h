@@ -95,6 +95,7 @@ private:
     void AddStar(Select& select, const SelectItem& item, const Scope& scope);
 
     void BindExpr(Expr& expr, const Scope& scope, Place place);
+    void BindNode(Expr& expr, const Scope& scope, Place place);
     void BindField(Expr& expr, const Scope& scope, Place place);
     bool FindInSources(Expr& expr, const Scope& scope) const;
     bool FindInItems(Expr& expr, const Scope& scope);
@@ -114,9 +115,7 @@ private:
     int m_deleteSource = -1;
 };
 
-/// True when two bound expressions mean the same.
+/// True when two bound expressions mean the same; for very large ones false.
 bool SameMeaning(const Expr& a, const Expr& b);
-/// An aggregate stands in it (not counting sub-selects).
-bool HasAggregate(const Expr& expr);
 
 } // namespace jet::sql

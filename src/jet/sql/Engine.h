@@ -43,6 +43,7 @@ public:
     int FindInModule(const sqlite3_module* module, void* data, const std::string& name,
                      Rewritten statement, std::string_view text);
     PendingError& Errors() { return m_errors; }
+    LookupCache& Lookups() { return m_lookups; }
 
     /// Turns what was thrown while a statement ran into an error that tells it.
     [[noreturn]] static void RethrowFor(std::string_view text);
@@ -68,6 +69,28 @@ private:
     std::uint64_t m_generation = 0; ///< rises whenever the tables are forgotten
     std::unordered_map<std::string, SqliteStatement> m_prepared;
     std::unordered_set<Rows*> m_running;
+};
+
+/// Stands around changes to the rows of some tables, and to nothing else of the
+/// file: the look-ups of all other tables outlive them.
+class RowChangeScope {
+public:
+    RowChangeScope(Engine& engine, std::vector<const Table*> tables)
+        : m_engine(engine),
+          m_tables(std::move(tables)),
+          m_before(engine.File().File().ChangeCount())
+    {}
+    ~RowChangeScope()
+    {
+        m_engine.Lookups().KeepOthers(m_tables, m_before, m_engine.File().File().ChangeCount());
+    }
+    RowChangeScope(const RowChangeScope&) = delete;
+    RowChangeScope& operator=(const RowChangeScope&) = delete;
+
+private:
+    Engine& m_engine;
+    std::vector<const Table*> m_tables;
+    std::uint64_t m_before;
 };
 
 /// The rows of a running statement, one after the other. Throws Closed when the

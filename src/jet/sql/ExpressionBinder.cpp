@@ -94,6 +94,15 @@ void Binder::RequireComparable(const Expr& a, const Expr& b, std::size_t positio
 
 void Binder::BindExpr(Expr& expr, const Scope& scope, Place place)
 {
+    BindNode(expr, scope, place);
+    expr.hasAggregate = expr.kind == ExprKind::Aggregate ||
+                        (expr.meaning != nullptr && expr.meaning->hasAggregate) ||
+                        std::any_of(expr.operands.begin(), expr.operands.end(),
+                                    [](const ExprPtr& operand) { return operand->hasAggregate; });
+}
+
+void Binder::BindNode(Expr& expr, const Scope& scope, Place place)
+{
     switch (expr.kind) {
     case ExprKind::Field:
         BindField(expr, scope, place);
@@ -176,7 +185,7 @@ void Binder::BindField(Expr& expr, const Scope& scope, Place place)
     if (FindInSources(expr, scope))
         return;
     if (expr.table.empty() && FindInItems(expr, scope)) {
-        if (place != Place::Aggregated && HasAggregate(*expr.meaning))
+        if (place != Place::Aggregated && expr.meaning->hasAggregate)
             Fail(ErrorKind::Query, expr.position,
                  "Het totaal '" + expr.name + "' kan hier niet worden gebruikt");
         return;

@@ -244,6 +244,13 @@ void Rewriter::EmitNumber(const Expr& expr)
 
 bool Rewriter::YieldsReal(const Expr& expr) const
 {
+    if (expr.yieldsReal < 0)
+        expr.yieldsReal = FindsReal(expr) ? 1 : 0;
+    return expr.yieldsReal == 1;
+}
+
+bool Rewriter::FindsReal(const Expr& expr) const
+{
     switch (expr.kind) {
     case ExprKind::Real:
     case ExprKind::Date:
@@ -374,25 +381,30 @@ void Rewriter::EmitOperation(const Expr& expr)
     }
 }
 
+void Rewriter::EmitBinary(const Expr& expr, const char* op, Emitter emit)
+{
+    m_out.sql += '(';
+    EmitBare(expr, op, emit);
+    m_out.sql += ')';
+}
+
 // Sums and products read from the left, so one on the left goes without
 // parentheses: long chains would fill the stack of SQLite's parser.
-void Rewriter::EmitBinary(const Expr& expr, const char* op, void (Rewriter::*emit)(const Expr&))
+void Rewriter::EmitBare(const Expr& expr, const char* op, Emitter emit)
 {
     const Expr& left = *expr.operands[0];
-    m_out.sql += '(';
-    const std::size_t start = m_out.sql.size();
-    (this->*emit)(left);
     const auto isSum = [](Op o) { return o == Op::Add || o == Op::Subtract; };
-    const bool sameKind =
+    const bool goesOn =
         left.kind == ExprKind::Operation && IsText(left.type) == IsText(expr.type) &&
         (isSum(left.op) ? isSum(expr.op) : left.op == Op::Multiply && expr.op == Op::Multiply);
-    if (sameKind) {
-        m_out.sql.pop_back();
-        m_out.sql.erase(start, 1);
-    }
+    if (!goesOn)
+        (this->*emit)(left);
+    else if (left.op == Op::Add)
+        EmitBare(left, IsText(left.type) ? "||" : "+", emit);
+    else
+        EmitBare(left, left.op == Op::Subtract ? "-" : "*", emit);
     m_out.sql += op;
     (this->*emit)(*expr.operands[1]);
-    m_out.sql += ')';
 }
 
 void Rewriter::EmitFunction(const char* name, const Expr& expr)

@@ -85,6 +85,16 @@ std::shared_ptr<const HashLookup> LookupCache::Find(const Table& table,
     return slot.lookup;
 }
 
+void LookupCache::KeepOthers(const std::vector<const Table*>& changed, std::uint64_t before,
+                             std::uint64_t after)
+{
+    for (auto& [key, slot] : m_slots) {
+        const bool touched = std::find(changed.begin(), changed.end(), key.first) != changed.end();
+        if (slot.changes == before && !touched)
+            slot.changes = after;
+    }
+}
+
 void LookupCache::MakeRoom()
 {
     for (;;) {

@@ -51,6 +51,10 @@ public:
     /// nullptr = search by reading all rows this time.
     std::shared_ptr<const HashLookup> Find(const Table& table, const std::vector<int>& columns);
     void Clear() { m_slots.clear(); }
+    /// The file's change count rose from `before` to `after` by changes to the rows
+    /// of these tables alone: what is kept of all others stays good.
+    void KeepOthers(const std::vector<const Table*>& changed, std::uint64_t before,
+                    std::uint64_t after);
 
 private:
     struct Slot {

@@ -10,7 +10,7 @@ namespace {
 
 // An alias may stand for an expression that names aliases again: what is
 // written can double with each. A statement of a megabyte still fits.
-constexpr std::size_t kMaxLength = 32u << 20;
+constexpr std::size_t kMaxLength = 16u << 20;
 
 bool IsPlain(const Select& select)
 {

@@ -91,7 +91,9 @@ private:
     void EmitAs(const Expr& expr, ExprType wanted);
     void EmitCollated(const Expr& expr);
     void EmitOperation(const Expr& expr);
-    void EmitBinary(const Expr& expr, const char* op, void (Rewriter::*emit)(const Expr&));
+    using Emitter = void (Rewriter::*)(const Expr&);
+    void EmitBinary(const Expr& expr, const char* op, Emitter emit);
+    void EmitBare(const Expr& expr, const char* op, Emitter emit);
     void EmitFunction(const char* name, const Expr& expr);
     void EmitComparison(const Expr& expr, const char* op);
     void EmitLogic(const Expr& expr);
@@ -107,6 +109,7 @@ private:
     void EmitLiteral(const std::string& text);
     bool TakesParameter();
     bool YieldsReal(const Expr& expr) const;
+    bool FindsReal(const Expr& expr) const;
     void CheckLength() const;
 
     const Binder& m_binder;

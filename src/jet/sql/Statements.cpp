@@ -126,6 +126,9 @@ int RowChanges::Run(Insert& insert)
             values.push_back(rows->Get(static_cast<int>(i)));
         found.push_back(std::move(values));
     }
+    std::optional<RowChangeScope> own;
+    if (&file.Get() == &m_engine.File())
+        own.emplace(m_engine, std::vector<const Table*>{table.get()});
     std::optional<AllOrNothing> scope;
     if (found.size() > 1)
         scope.emplace(file.Get().File());
@@ -173,6 +176,10 @@ int RowChanges::Run(Update& update)
         found.push_back(std::move(one));
     }
 
+    std::vector<const Table*> changed;
+    for (const std::shared_ptr<Table>& table : tables)
+        changed.push_back(table.get());
+    const RowChangeScope own(m_engine, std::move(changed));
     std::optional<AllOrNothing> scope;
     if (found.size() > 1 || sources.size() > 1)
         scope.emplace(File());
@@ -213,6 +220,7 @@ int RowChanges::Run(Delete& statement)
     std::sort(found.begin(), found.end());
     found.erase(std::unique(found.begin(), found.end()), found.end());
 
+    const RowChangeScope own(m_engine, {table.get()});
     std::optional<AllOrNothing> scope;
     if (found.size() > 1)
         scope.emplace(File());

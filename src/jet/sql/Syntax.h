@@ -90,6 +90,8 @@ struct Expr {
     int column = -1;
     const Expr* meaning = nullptr; ///< Field that names an item of the select list
     const FunctionInfo* function = nullptr;
+    bool hasAggregate = false;   ///< here or below, sub-selects not counted
+    mutable int yieldsReal = -1; ///< kept by the rewriter: 1, 0, -1 = not asked yet
 };
 
 struct OrderTerm {
