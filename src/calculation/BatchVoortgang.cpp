@@ -61,7 +61,7 @@ std::optional<Resultaatregel> LeesResultaatregel(const QString& regel)
         return std::nullopt;
     static const QString gelukt = QStringLiteral(" OK");
     const qsizetype fout = regel.lastIndexOf(" FOUT: EXITCODE=");
-    const qsizetype einde = fout >= 0                 ? fout
+    const qsizetype einde = fout >= 0                ? fout
                             : regel.endsWith(gelukt) ? regel.size() - gelukt.size()
                                                      : -1;
     const qsizetype begin = scheiding + 2;

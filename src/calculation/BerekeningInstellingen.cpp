@@ -59,8 +59,7 @@ public:
     QString Waarde(const Instelling& instelling) const { return Schermtekst(Tekst(instelling)); }
     int Geheel(const Instelling& instelling, double maximum) const
     {
-        return static_cast<int>(
-            std::lrint(std::clamp(Getal(Tekst(instelling)), 0.0, maximum)));
+        return static_cast<int>(std::lrint(std::clamp(Getal(Tekst(instelling)), 0.0, maximum)));
     }
 
 private:
@@ -153,10 +152,9 @@ QString OpgeslagenFrequentie(QLMIniFile& ini, int nummer)
 
 QString OpgeslagenKruinhoogte(QLMIniFile& ini, int nummer)
 {
-    return Schermtekst(ini.GetString(instelling::Kruin.sectie,
-                                     QLatin1String(instelling::Kruin.sleutel) + "." +
-                                         QString::number(nummer),
-                                     "10"));
+    return Schermtekst(ini.GetString(
+        instelling::Kruin.sectie,
+        QLatin1String(instelling::Kruin.sleutel) + "." + QString::number(nummer), "10"));
 }
 
 bool IsTussen(const QString& tekst, double minimum, double maximum)
