@@ -2,6 +2,7 @@
 
 #include "jet/base/Numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -53,10 +54,15 @@ void AppendHex(std::string& line, const jet::Bytes& bytes)
     }
 }
 
+bool NeedsQuotes(char c)
+{
+    return c == ',' || c == '"' || c == '\r' || c == '\n';
+}
+
 void AppendQuoted(std::string& line, std::string_view text)
 {
-    if (!text.empty() && text.find_first_of(",\"\r\n") == std::string_view::npos &&
-        text.front() != ' ' && text.back() != ' ') {
+    if (!text.empty() && std::ranges::none_of(text, NeedsQuotes) && text.front() != ' ' &&
+        text.back() != ' ') {
         line += text;
         return;
     }

@@ -146,6 +146,7 @@ void TableRecordset::Leave(Place place)
 void TableRecordset::StandOn(RowId row)
 {
     m_row = row;
+    m_stepChanges = m_table->File().ChangeCount();
     m_place = Place::OnRow;
     m_deleted = false;
     m_editing = Editing::No;
@@ -310,6 +311,11 @@ int TableRecordset::FieldIndex(std::string_view name) const
 
 Value TableRecordset::Get(int field) const
 {
+    // The way of a walk over many rows: nothing has changed since the last step.
+    if (m_pages && m_place == Place::OnRow && m_editing == Editing::No && !m_deleted &&
+        static_cast<std::size_t>(field) < m_fields.size() &&
+        m_table->File().ChangeCount() == m_stepChanges)
+        return m_pages->Get(field);
     Rows();
     RequireField(field);
     if (m_editing != Editing::No)

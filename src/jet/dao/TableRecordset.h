@@ -99,8 +99,9 @@ private:
 
     Place m_place = Place::Before;
     RowId m_row;
-    bool m_deleted = false; ///< the current row, by this recordset
-    Row m_deletedKey;       ///< its key in the current index
+    std::uint64_t m_stepChanges = 0; ///< changes of the file when we came to m_row
+    bool m_deleted = false;          ///< the current row, by this recordset
+    Row m_deletedKey;                ///< its key in the current index
     std::optional<RowId> m_lastModified;
 
     mutable std::unique_ptr<Walk> m_walk;        ///< in index order
