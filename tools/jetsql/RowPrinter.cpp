@@ -17,9 +17,8 @@ void PrintRows(jet::Recordset& rows, RowFormat format, std::ostream& out)
     std::vector<std::string> keys; // what stands before each value
     std::string block;
     for (const jet::FieldDef& field : rows.Fields()) {
-        std::string key = format == RowFormat::Json ? "{" : "";
-        if (!keys.empty())
-            key = ",";
+        const bool first = keys.empty();
+        std::string key(first ? (format == RowFormat::Json ? "{" : "") : ",");
         if (format == RowFormat::Json) {
             AppendJsonText(key, field.name);
             key += ':';
