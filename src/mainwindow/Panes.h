@@ -44,6 +44,8 @@ public:
     /// Lets the user choose a file and checks it, messages included; the path,
     /// or empty. Nothing is left open.
     virtual QString ChooseChecked(const QString& folder, const QString& title) = 0;
+    /// The same check for a file that is known already.
+    virtual bool Check(const QString& path) = 0;
     /// Removes data sources of the operating system, where it knows them.
     virtual void RemoveDataSources(const QStringList& names) = 0;
 };

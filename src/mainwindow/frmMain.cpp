@@ -50,6 +50,8 @@ frmMain::frmMain(QWidget* parent)
     BuildToolbar();
     BuildPanes();
     SetOwnCommands();
+    ConnectRecentDatabases();
+    setAcceptDrops(true);
 }
 
 frmMain::~frmMain() = default;
@@ -191,81 +193,6 @@ void frmMain::Initialiseer()
         ToolbarsClick(ButtonIndexOfMenu("mnuBewerkenItem_0"));
         SetStatusBarTextByNumber(1);
     });
-}
-
-void frmMain::OpenLastDatabase()
-{
-    const QString last = gIniFile().GetString("Randvoorwaarden", "lastRvwFile").trimmed();
-    if (last.isEmpty() || !m_database)
-        return;
-    const QString path = AbsolutePath(last);
-    if (!FileExists(path))
-        return;
-    const int result = m_database->OpenDB(path, false, true);
-    if (result == 0) {
-        OpenRandvoorwaarden(path);
-        return;
-    }
-    const QString description = m_database->OpenErrDescription();
-    m_database->CloseDB();
-    switch (result) {
-    case 2:
-        ShowFoutForm(this, 6, {description});
-        break;
-    case 3:
-        ShowFoutForm(this, 28, {path, description});
-        break;
-    case 4:
-        ShowFoutForm(this, 27, {path, description});
-        break;
-    default:
-        ShowFoutForm(this, 4, {path, description});
-    }
-}
-
-// Open and close a database
-
-void frmMain::mnuFileOpen_Click()
-{
-    const BusyScope busy;
-    const QString folder =
-        AbsolutePath(gIniFile().GetString("Mappen", "DatabasesMap", ".\\data\\databases"));
-    const QString title = m_iniFile->GetString("Captions", "database.open.title");
-    const QString path = m_database->ChooseChecked(folder, title);
-    if (!path.isEmpty()) {
-        CloseRandvoorwaarden();
-        OpenRandvoorwaarden(path);
-        UpdateMenus();
-        gIniFile().SaveString("Mappen", "DatabasesMap",
-                              RelativePath(QFileInfo(path).absolutePath()));
-    }
-    UpdateMenus();
-}
-
-void frmMain::OpenRandvoorwaarden(const QString& path)
-{
-    m_database->OpenDB(path, false, false);
-    if (!m_database->IsOpen())
-        return;
-    emit RandvoorwaardenOpened(path);
-    if (m_map) {
-        if (m_labels.shown)
-            m_map->ShowLabels(true);
-        m_map->RefreshMap();
-    }
-    gIniFile().SaveString("Randvoorwaarden", "lastRvwFile", RelativePath(path));
-    setWindowTitle(BoxTitle() + " - " + QFileInfo(path).completeBaseName());
-}
-
-bool frmMain::CloseRandvoorwaarden()
-{
-    if (m_map)
-        m_map->ShowLabels(false);
-    emit RandvoorwaardenClosing();
-    if (m_map)
-        m_map->RefreshMap();
-    UpdateMenus();
-    return true;
 }
 
 // Other commands

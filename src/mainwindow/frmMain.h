@@ -79,6 +79,9 @@ public:
     /// After every open and close, and after commands that add or remove locations.
     void UpdateMenus();
 
+    /// Checks a file and opens it in place of the present one; failures are
+    /// told in a box. What the menu does behind its dialog.
+    void OpenDatabase(const QString& path);
     void OpenRandvoorwaarden(const QString& path);
     /// Also the question whether the window may close; the answer is always yes.
     bool CloseRandvoorwaarden();
@@ -105,6 +108,8 @@ protected:
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     struct Entry {
@@ -133,6 +138,9 @@ private:
     void mnuHelpHandleiding_Click();
     void mnuHelpAbout_Click();
     void OpenLastDatabase();
+    void Replace(const QString& path);
+    void ConnectRecentDatabases();
+    void ShowRecentDatabases();
     void StoreSettings();
     void UnloadOtherForms();
 
@@ -141,7 +149,8 @@ private:
     std::unique_ptr<QLMIniFile> m_iniFile;
     QList<QAction*> m_buttons; // children of the toolbar
     QActionGroup* m_tools;
-    QSet<int> m_disabledButtons; // by SetEnableButton
+    QList<QAction*> m_recentActions; // in the file menu, with their separator
+    QSet<int> m_disabledButtons;     // by SetEnableButton
     QHash<QString, Entry> m_entries;
     QHash<QString, QString> m_menuOf; // of each entry, the menu it stands in
     QList<Kwaliteitscode> m_kwaliteitscodes;

@@ -59,10 +59,17 @@ public:
         askedTitle = title;
         return chosen;
     }
+    bool Check(const QString& path) override
+    {
+        checked.append(path);
+        return accepts;
+    }
     void RemoveDataSources(const QStringList& names) override { removed = names; }
 
     QStringList opened;
     QStringList removed;
+    QStringList checked;
+    bool accepts = true;
     QString chosen;
     QString askedFolder;
     QString askedTitle;

@@ -1,0 +1,80 @@
+#include "mainwindow/parts/MainCommands.h"
+
+#include "calculation/ui/frmUitvoer.h"
+#include "frame/Busy.h"
+#include "frame/FileSystemObject.h"
+#include "frame/Globals.h"
+#include "mainwindow/frmMain.h"
+#include "mainwindow/parts/MainPanes.h"
+#include "profiles/ui/frmLocaties.h"
+
+#include <QTreeWidgetItem>
+
+namespace {
+
+/// The folder of the current calculation; empty when no calculation is current.
+QString BerekeningFolder(const MainPanes& panes)
+{
+    const QString tag = panes.CurrentNodeTag();
+    if (tag != navtag::Berekening && tag != navtag::Dijkringberekening)
+        return {};
+    return panes.Locaties().GetNodePath(panes.CurrentNodeKey());
+}
+
+void ShowBerekeningFile(frmMain& window, const MainPanes& panes, const QString& name)
+{
+    const QString folder = BerekeningFolder(panes);
+    if (folder.isEmpty())
+        return;
+    frmUitvoer form(&window);
+    form.ShowUitvoerFile(gFso().BuildPath(folder, name));
+}
+
+void ShowBerekeningFolder(frmMain& window, const MainPanes& panes)
+{
+    const QString folder = BerekeningFolder(panes);
+    if (!folder.isEmpty())
+        OpenByAssociation(&window, folder);
+}
+
+void CheckScheefstand(MainPanes& panes)
+{
+    const BusyScope busy;
+    panes.Database().Checkscheefstandtabel();
+}
+
+void SetViewCommands(frmMain& window, MainPanes& panes)
+{
+    window.setCommand("mnuBerekeningUitvoer",
+                      [&] { ShowBerekeningFile(window, panes, "uitvoer.txt"); });
+    window.setCommand("mnuBerekeningInvoer",
+                      [&] { ShowBerekeningFile(window, panes, "invoer.txt"); });
+    window.setCommand("mnuBerekeningFolder", [&] { ShowBerekeningFolder(window, panes); });
+    window.setCommand("mnuBewerkenItem_5", [&] { panes.ZoomFullExtent(); });
+}
+
+void SetBrowserCommands(frmMain& window, MainPanes& panes)
+{
+    frmLocaties& locaties = panes.Locaties();
+    window.setCommand("mnuBerekeningDelete", [&] { locaties.BerekeningDelete(); });
+    window.setCommand("mnuBerekeningRename", [&] { locaties.BerekeningRename(); });
+    window.setCommand("mnuProfielDelete", [&] { locaties.ProfielDelete(); });
+    window.setCommand("mnuProfielAssign2SelectedLocations", [&] {
+        if (const QTreeWidgetItem* node = locaties.CurrentNode())
+            locaties.ProfielAssign2SelectedLocations(node->text(0));
+        panes.RefreshLocatiesAndLabelsOpMap();
+    });
+    window.setCommand("mnuDijkringCopy", [&] { locaties.DijkringCopy(); });
+    window.setCommand("mnuDijkringPaste", [&] { locaties.DijkringPaste(); });
+    window.setCommand("mnuDijkringDelete", [&] { locaties.DijkringDelete(); });
+    window.setCommand("mnuDijkringRename", [&] { locaties.DijkringRename(); });
+}
+
+} // namespace
+
+void SetMainCommands(frmMain& window, MainPanes& panes)
+{
+    SetViewCommands(window, panes);
+    SetBrowserCommands(window, panes);
+    window.setCommand("mnuExtraCheckScheefstand", [&] { CheckScheefstand(panes); });
+}
