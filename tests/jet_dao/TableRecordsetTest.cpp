@@ -186,6 +186,30 @@ TEST_F(TableRecordsetTest, MovesSeveralRowsAtOnce)
     EXPECT_TRUE(rows->BOF());
 }
 
+TEST_F(TableRecordsetTest, GivesAWholeRowAsFieldByField)
+{
+    AddSome();
+    const auto rows = database->OpenRecordset("Locatie");
+    const auto expectWhole = [&] {
+        std::vector<Value> row;
+        rows->GetRow(row);
+        ASSERT_EQ(row.size(), 5u);
+        for (int i = 0; i < 5; ++i)
+            EXPECT_EQ(row[static_cast<std::size_t>(i)], rows->Get(i));
+    };
+    expectWhole();
+    rows->SetIndex("Naam");
+    rows->MoveNext();
+    expectWhole();
+    rows->Edit();
+    rows->Set("x", 12);
+    expectWhole();
+    rows->CancelUpdate();
+    rows->Delete();
+    std::vector<Value> row;
+    EXPECT_EQ(KindOf([&] { rows->GetRow(row); }), ErrorKind::NoCurrentRow);
+}
+
 TEST_F(TableRecordsetTest, FindsFieldsWithoutRegardToCase)
 {
     AddSome();

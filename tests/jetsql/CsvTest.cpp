@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <random>
 #include <sstream>
 
 namespace {
@@ -57,6 +58,31 @@ TEST(Csv, WritesNumbersThatReadBackTheSame)
     for (const double value :
          {1.0 / 3, 5e-324, 123456789012345678.0, -0.1, 2.2250738585072014e-308})
         EXPECT_EQ(std::strtod(Csv(value).c_str(), nullptr), value);
+}
+
+TEST(Csv, WritesPlainNumbersWithoutAnExponent)
+{
+    EXPECT_EQ(Csv(100000.0), "100000");
+    EXPECT_EQ(Csv(0.000001), "0.000001");
+    EXPECT_EQ(Csv(-0.5), "-0.5");
+    EXPECT_EQ(Csv(12.25), "12.25");
+    EXPECT_EQ(Csv(999999999.999999), "999999999.999999");
+    EXPECT_EQ(Csv(0.0), "0");
+    EXPECT_EQ(Csv(-0.0), "-0");
+}
+
+TEST(Csv, ReadsBackWhateverTheNumberOfDecimals)
+{
+    std::mt19937_64 random(3);
+    for (int i = 0; i < 20000; ++i) {
+        const int decimals = static_cast<int>(random() % 9);
+        const double value =
+            static_cast<double>(static_cast<std::int64_t>(random() % 2000000000) - 1000000000) /
+            std::pow(10, decimals);
+        const std::string text = Csv(value);
+        ASSERT_EQ(std::strtod(text.c_str(), nullptr), value) << text;
+        ASSERT_EQ(Json(value), text);
+    }
 }
 
 TEST(Csv, QuotesWhereItMustAndTellsEmptyFromNull)

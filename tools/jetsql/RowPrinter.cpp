@@ -32,13 +32,15 @@ void PrintRows(jet::Recordset& rows, RowFormat format, std::ostream& out)
         block += '\n';
 
     const char* end = format == RowFormat::Json ? "}\n" : "\n";
+    std::vector<jet::Value> row;
     for (; !rows.EndOfFile(); rows.MoveNext()) {
+        rows.GetRow(row);
         for (std::size_t i = 0; i < keys.size(); ++i) {
             block += keys[i];
             if (format == RowFormat::Json)
-                AppendJson(block, rows.Get(static_cast<int>(i)));
+                AppendJson(block, row[i]);
             else
-                AppendCsv(block, rows.Get(static_cast<int>(i)));
+                AppendCsv(block, row[i]);
         }
         block += end;
         if (block.size() >= kBlock) {

@@ -56,6 +56,13 @@ public:
     /// row being made. Throws NoCurrentRow.
     virtual Value Get(int field) const = 0;
     Value Get(std::string_view field) const { return Get(FieldIndex(field)); }
+    /// All fields at once, into `row`: the quick way through many rows.
+    virtual void GetRow(std::vector<Value>& row) const
+    {
+        row.resize(Fields().size());
+        for (std::size_t i = 0; i < row.size(); ++i)
+            row[i] = Get(static_cast<int>(i));
+    }
 
     virtual void Edit() = 0;
     virtual void AddNew() = 0; ///< starts from the default values

@@ -71,20 +71,30 @@ bool TableRecordset::Uses(std::string_view table) const
 
 Table& TableRecordset::Rows() const
 {
-    // A roll-back may have taken the table away, or put another in its place.
-    if (m_table && m_schema != m_session->Tables().SchemaVersion()) {
-        LetGo();
-        Catalog& tables = m_session->Tables();
-        m_schema = tables.SchemaVersion();
-        const bool same = tables.HasTable(m_name) && tables.Open(m_name) == m_table &&
-                          StillHas(m_table->Definition(), m_fields);
-        if (!same)
-            m_table.reset();
-    }
     if (!m_table)
         throw Error(ErrorKind::Closed,
                     "De recordset op de tabel " + Quote(m_name) + " of zijn database is gesloten.");
+    if (m_table->File().ChangeCount() != m_checkedChanges)
+        Revalidate();
     return *m_table;
+}
+
+void TableRecordset::Revalidate() const
+{
+    Catalog& tables = m_session->Tables();
+    if (m_schema != tables.SchemaVersion()) {
+        // Fields may have come, or a roll-back have taken the table away or put
+        // another in its place.
+        LetGo();
+        m_schema = tables.SchemaVersion();
+        const bool same = tables.HasTable(m_name) && tables.Open(m_name) == m_table &&
+                          StillHas(m_table->Definition(), m_fields);
+        if (!same) {
+            m_table.reset();
+            Rows(); // says that it is closed
+        }
+    }
+    m_checkedChanges = m_table->File().ChangeCount();
 }
 
 void TableRecordset::RequireRow() const
@@ -328,6 +338,19 @@ Value TableRecordset::Get(int field) const
     if (m_reader->Id() != m_row && !m_reader->MoveTo(m_row))
         return m_table->Get(m_row, field); // says what is the matter
     return m_reader->Get(field);
+}
+
+void TableRecordset::GetRow(std::vector<Value>& row) const
+{
+    Rows();
+    if (m_editing == Editing::No && m_pages) {
+        RequireRow();
+        row.resize(m_fields.size());
+        for (std::size_t i = 0; i < row.size(); ++i)
+            row[i] = m_pages->Get(static_cast<int>(i));
+        return;
+    }
+    Recordset::GetRow(row);
 }
 
 void TableRecordset::Edit()

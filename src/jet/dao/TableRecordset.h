@@ -37,6 +37,7 @@ public:
     using Recordset::Get;
     using Recordset::Set;
     Value Get(int field) const override;
+    void GetRow(std::vector<Value>& row) const override;
 
     void Edit() override;
     void AddNew() override;
@@ -73,6 +74,7 @@ private:
     bool Uses(std::string_view table) const override;
 
     Table& Rows() const; ///< throws Closed
+    void Revalidate() const;
     void LetGo() const noexcept;
     void RequireRow() const;
     void RequireField(int field) const;
@@ -108,6 +110,7 @@ private:
     mutable std::unique_ptr<TableScan> m_pages;  ///< in page order; stands on the current row
     mutable std::unique_ptr<RowReader> m_reader; ///< reads the current row in index order
     mutable std::uint64_t m_schema = 0;
+    mutable std::uint64_t m_checkedChanges = 0; ///< of the file when that was last looked at
 
     Editing m_editing = Editing::No;
     Row m_buffer;
