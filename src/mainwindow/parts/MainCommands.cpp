@@ -1,6 +1,8 @@
 #include "mainwindow/parts/MainCommands.h"
 
 #include "calculation/ui/frmUitvoer.h"
+#include "calculation/ui/run/BerekeningStarten.h"
+#include "calculation/ui/run/BoomLocaties.h"
 #include "frame/Busy.h"
 #include "frame/FileSystemObject.h"
 #include "frame/Globals.h"
@@ -35,6 +37,19 @@ void ShowBerekeningFolder(frmMain& window, const MainPanes& panes)
     const QString folder = BerekeningFolder(panes);
     if (!folder.isEmpty())
         OpenByAssociation(&window, folder);
+}
+
+void StartBerekening(frmMain& window, MainPanes& panes)
+{
+    const BoomLocaties locaties(panes.Boom());
+    BerekeningStarten({.venster = &window,
+                       .database = panes.Database(),
+                       .hoofdscherm = window,
+                       .browser = panes.Locaties(),
+                       .boom = panes.Locaties(),
+                       .locaties = locaties,
+                       .instellingen = panes.Instellingen()})
+        .Start();
 }
 
 void CheckScheefstand(MainPanes& panes)
@@ -76,5 +91,6 @@ void SetMainCommands(frmMain& window, MainPanes& panes)
 {
     SetViewCommands(window, panes);
     SetBrowserCommands(window, panes);
+    window.setCommand("mnuBerekeningStart", [&] { StartBerekening(window, panes); });
     window.setCommand("mnuExtraCheckScheefstand", [&] { CheckScheefstand(panes); });
 }

@@ -1,6 +1,7 @@
 #include "mainwindow/parts/MainPanes.h"
 
 #include "calculation/ui/frmLog.h"
+#include "calculation/ui/run/frmBerekeningInstellingen.h"
 #include "frame/Busy.h"
 #include "frame/ui/MessageBoxes.h"
 #include "geometry/modCreateShape.h"
@@ -42,6 +43,7 @@ MainPanes::MainPanes(frmMain& window, const Omgeving& omgeving)
       m_locaties(new frmLocaties({omgeving.database, m_navTree, omgeving.selection, *this, *m_log},
                                  &window))
 {
+    m_instellingen.SetFactory([] { return std::make_shared<frmBerekeningInstellingen>(); });
     m_hrdb.setLogRtb(&m_log->Box());
     m_window.setMapPane(m_map, this);
     m_window.setTreePane(m_locaties, this);

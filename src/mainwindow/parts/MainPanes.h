@@ -1,5 +1,6 @@
 #pragma once
 
+#include "frame/Globals.h"
 #include "mainwindow/Panes.h"
 #include "mainwindow/parts/HRdbDatabase.h"
 #include "mainwindow/parts/Oeverbestand.h"
@@ -10,6 +11,7 @@
 
 class MapSelection;
 class MapView;
+class frmBerekeningInstellingen;
 class frmLocaties;
 class frmLog;
 class frmMain;
@@ -39,6 +41,10 @@ public:
     frmLocaties& Locaties() const { return *m_locaties; }
     frmLog& Log() const { return *m_log; }
     MapView& Map() const { return *m_map; }
+
+    const NavTree& Boom() const { return m_navTree; }
+    /// The form keeps its settings from one calculation to the next.
+    Global<frmBerekeningInstellingen>& Instellingen() { return m_instellingen; }
 
     void ZoomFullExtent();
     /// Locations or their marks of quality changed.
@@ -79,6 +85,7 @@ private:
     HRdbDatabase m_database;
     Oeverbestand m_oeverbestand;
     NavTree m_navTree;
+    Global<frmBerekeningInstellingen> m_instellingen;
     MapView* m_map; // a child of the window, as the next two
     frmLog* m_log;
     frmLocaties* m_locaties;
