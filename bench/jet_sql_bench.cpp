@@ -52,7 +52,7 @@ public:
         Both("CREATE TABLE A (k LONG, v LONG)");
         Both("CREATE TABLE B (k LONG, v LONG)");
         Both("CREATE INDEX iG ON Geometrie (Locatie_ID)");
-        Both("CREATE INDEX iS ON Scheefstand (Locatie_ID)");
+        Both("CREATE INDEX iSch ON Scheefstand (Locatie_ID)");
         Both("CREATE INDEX iB ON Boezempeilstatistiek (Locatie_ID)");
         Both("CREATE INDEX iL ON Locatie_Profiel (Locatie_ID)");
         m_workspace.BeginTrans();
@@ -240,4 +240,10 @@ BENCHMARK(Prepare)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    Both(); // is filled before anything is measured
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -81,6 +81,7 @@ public:
             }
             for (std::size_t i = 0; i < table->fields.size(); ++i)
                 columns += ",x" + std::to_string(i);
+            columns += ",r";
             Do("CREATE TABLE " + table->module + "(" + columns + ")");
             std::string names;
             for (std::size_t i = 0; i < table->fields.size(); ++i)

@@ -252,5 +252,21 @@ TEST(AccessTest, AnUpdateThroughAJoin)
     EXPECT_EQ(data.Rows("SELECT k FROM A"), Texts{"2"});
 }
 
+TEST(AccessTest, MoneyAndChangesInsideJoinsInParentheses)
+{
+    ScratchDatabase data;
+    data.Run({"CREATE TABLE A (k LONG)", "CREATE TABLE B (k LONG, g CURRENCY)",
+              "CREATE TABLE C (k LONG, g DECIMAL(10,3))", "INSERT INTO A VALUES (1)",
+              "INSERT INTO A VALUES (2)", "INSERT INTO B VALUES (1,1.25)",
+              "INSERT INTO C VALUES (1,2.125)"});
+    const std::string from = "A LEFT JOIN (B INNER JOIN C ON B.k=C.k) ON A.k=B.k";
+    EXPECT_EQ(data.Rows("SELECT A.k, B.g, C.g FROM " + from),
+              (Texts{"1|1.25|2.125", "2|null|null"}));
+    EXPECT_EQ(data.db->Execute("UPDATE " + from + " SET B.g=5, C.g=6"), 1);
+    EXPECT_EQ(data.Rows("SELECT B.g, C.g FROM B, C"), Texts{"5|6"});
+    EXPECT_EQ(data.db->Execute("DELETE C.* FROM " + from), 1);
+    EXPECT_EQ(data.Rows("SELECT * FROM C"), Texts{});
+}
+
 } // namespace
 } // namespace jet

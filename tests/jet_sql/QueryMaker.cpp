@@ -49,7 +49,7 @@ std::vector<MadeTable> QueryMaker::MakeTables()
         if (Chance(50))
             table.columns.push_back({"w", Kind::Whole, Chance(50) ? "BYTE" : "LONG"});
         if (Chance(40))
-            table.columns.push_back({"g", Kind::Number, Chance(50) ? "CURRENCY" : "DOUBLE"});
+            table.columns.push_back({"g", Kind::Money, "CURRENCY"});
         if (Chance(40))
             table.columns.push_back({"u", Kind::Text, "TEXT(20)"});
         m_tables.push_back(std::move(table));
@@ -232,7 +232,7 @@ Twin QueryMaker::Number(int depth)
     case 0:
         return "(" + Number(depth - 1) + "+" + Number(depth - 1) + ")";
     case 1:
-        return "(" + Number(depth - 1) + "-" + Number(depth - 1) + ")";
+        return "(" + Number(depth - 1) + " - " + Number(depth - 1) + ")";
     case 2:
         return "(" + Number(0) + "*" + Number(0) + ")";
     case 3: {
@@ -422,8 +422,13 @@ MadeQuery QueryMaker::Grouped()
     Twin items, groups;
     const int keys = Below(3);
     for (int i = 0; i < keys; ++i) {
-        const Twin key =
-            Chance(70) ? Same(AnyColumn().text) : Value(Chance(50) ? Kind::Text : Kind::Whole, 1);
+        Twin key = Same(AnyColumn().text);
+        if (Chance(30)) {
+            // Not a number alone, which SQLite takes for the place of an item.
+            const Twin value = Value(Chance(50) ? Kind::Text : Kind::Whole, 1);
+            if (value.jet.find_first_not_of("-() 0123456789") != std::string::npos)
+                key = value;
+        }
         items = items + key + ", ";
         groups.jet += (i > 0 ? ", " : "") + key.jet;
         groups.lite += (i > 0 ? ", " : "") + key.lite + " COLLATE JET";
@@ -470,13 +475,14 @@ Twin QueryMaker::MakeChange()
     const MadeTable& table =
         m_tables[static_cast<std::size_t>(Below(static_cast<int>(m_tables.size())))];
     m_sources = {{table.name, &table}};
+    // No sub-selects: SQLite would see in them what the statement has changed already.
     if (Chance(30))
         return "DELETE FROM " + table.name + " WHERE " + Condition(0) + " AND id>" +
                std::to_string(Below(40));
     const char* column = Chance(50) ? "k" : "d";
     const Twin value = Chance(80) ? Literal(Kind::Whole) : Same("NULL");
     return "UPDATE " + table.name + " SET " + column + "=" + value + ", t=" + Literal(Kind::Text) +
-           " WHERE " + Condition(1);
+           " WHERE " + Condition(0);
 }
 
 } // namespace jet::testing

@@ -11,7 +11,8 @@ struct Twin {
     std::string jet, lite;
 };
 
-enum class Kind { Whole, Number, Text, YesNo };
+/// Money is compared and joined, not calculated with: its results are rounded.
+enum class Kind { Whole, Number, Money, Text, YesNo };
 
 struct MadeColumn {
     std::string name;

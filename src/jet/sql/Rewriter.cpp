@@ -112,7 +112,7 @@ ResultColumn Rewriter::ColumnOf(const Select& select, std::size_t at, bool plain
 void Rewriter::RowIds()
 {
     for (std::size_t i = 0; i < m_rowIdsOf.size(); ++i)
-        m_out.sql += 't' + std::to_string(m_rowIdsOf[i]) + ".rowid AS r" + std::to_string(i) + ',';
+        m_out.sql += 't' + std::to_string(m_rowIdsOf[i]) + ".r AS r" + std::to_string(i) + ',';
 }
 
 void Rewriter::SelectText(const Select& select)

@@ -73,6 +73,10 @@ public:
     void Column(sqlite3_context* context, int column) const
     {
         const int fields = static_cast<int>(m_table.Shape()->fields.size());
+        if (column >= fields + m_table.ExactFields()) {
+            sqlite3_result_int64(context, PackRowId(Id()));
+            return;
+        }
         const bool exact = column >= fields;
         const int field = exact ? m_table.ExactField(column - fields) : column;
         ReturnValue(context, m_scan ? m_scan->Get(field) : m_reader.Get(field), exact);
@@ -347,8 +351,8 @@ std::string VirtualTable::Declaration() const
             text += " TEXT COLLATE JET";
     }
     for (const int field : m_exact)
-        text += ",x" + std::to_string(field) + " HIDDEN";
-    return text + ")";
+        text += ",x" + std::to_string(field);
+    return text + ",r)";
 }
 
 int VirtualTable::AddPlan(const AccessPlan& plan)

@@ -23,8 +23,9 @@ struct AccessPlan {
 
 /// A Jet table as SQLite sees it: read-only, its fields c0, c1, ..., texts in
 /// the collation JET, numbers as integers or doubles, booleans -1 and 0, GUIDs
-/// as texts. Behind the fields, hidden: money as its scaled integer and
-/// decimals as text, x<number of the field>.
+/// as texts. Behind the fields: money as its scaled integer and decimals as
+/// text, x<number of the field>; and r, the row's id. (The rowid itself and
+/// hidden columns are lost where SQLite takes joins in parentheses together.)
 ///
 /// Each is a module of its own that can be used under its name without being
 /// created, so that SQLite's schema never changes.
@@ -44,7 +45,8 @@ public:
     PendingError& Errors() const { return m_errors; }
 
     std::string Declaration() const;
-    /// The field of a hidden column.
+    int ExactFields() const { return static_cast<int>(m_exact.size()); }
+    /// The field of an x column.
     int ExactField(int column) const { return m_exact[static_cast<std::size_t>(column)]; }
 
     int AddPlan(const AccessPlan& plan);
