@@ -48,7 +48,11 @@ protected:
         Voeruit(path, {"DELETE FROM Locatie WHERE omschrijving <> 'Plas-01'"});
         return path;
     }
-    void Open() { window->OpenRandvoorwaarden(First()); }
+    void Open()
+    {
+        window->OpenRandvoorwaarden(First());
+        window->UpdateMenus();
+    }
     void Click(const QString& key)
     {
         QTreeWidgetItem* node = panes->Locaties().GetNodeByKey(key);
@@ -214,9 +218,11 @@ TEST_F(MainPartsTest, TheCommandsOfACalculationFollowTheNode)
 TEST_F(MainPartsTest, TheCheckOfTheSetUpTableWritesIntoTheLogPane)
 {
     Open();
+    const QString statusBefore = window->SetStatusBarText("");
     window->MenuAction("mnuExtraCheckScheefstand")->trigger();
     EXPECT_TRUE(messages.Texts().isEmpty()) << messages.Texts().join('\n').toStdString();
-    EXPECT_EQ(panes->Log().Box().Text(), "");
+    EXPECT_TRUE(panes->Log().Box().Text().contains("Controle locatie Plas-01"));
+    EXPECT_EQ(window->SetStatusBarText(""), statusBefore);
 }
 
 TEST_F(MainPartsTest, AWorkFolderThatCannotBeMadeIsToldAndTheDatabaseIsShown)
