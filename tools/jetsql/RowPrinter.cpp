@@ -14,35 +14,40 @@ constexpr std::size_t kBlock = 1u << 16; // written at once
 
 void PrintRows(jet::Recordset& rows, RowFormat format, std::ostream& out)
 {
-    std::vector<std::string> keys; // what stands before each value
+    const bool json = format == RowFormat::Json;
+    std::vector<std::string> keys; // of JSON, each with its colon
     std::string block;
     for (const jet::FieldDef& field : rows.Fields()) {
-        const bool first = keys.empty();
-        std::string key(first ? (format == RowFormat::Json ? "{" : "") : ",");
-        if (format == RowFormat::Json) {
-            AppendJsonText(key, field.name);
-            key += ':';
+        if (json) {
+            AppendJsonText(keys.emplace_back(), field.name);
+            keys.back() += ':';
         } else {
-            block += key;
+            if (&field != &rows.Fields().front())
+                block += ',';
             AppendCsv(block, field.name);
         }
-        keys.push_back(std::move(key));
     }
-    if (format == RowFormat::Csv)
+    if (!json)
         block += '\n';
 
-    const char* end = format == RowFormat::Json ? "}\n" : "\n";
     std::vector<jet::Value> row;
     for (; !rows.EndOfFile(); rows.MoveNext()) {
         rows.GetRow(row);
-        for (std::size_t i = 0; i < keys.size(); ++i) {
-            block += keys[i];
-            if (format == RowFormat::Json)
+        if (json)
+            block += '{';
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            if (i > 0)
+                block += ',';
+            if (json) {
+                block += keys[i];
                 AppendJson(block, row[i]);
-            else
+            } else {
                 AppendCsv(block, row[i]);
+            }
         }
-        block += end;
+        if (json)
+            block += '}';
+        block += '\n';
         if (block.size() >= kBlock) {
             out.write(block.data(), static_cast<std::streamsize>(block.size()));
             block.clear();
