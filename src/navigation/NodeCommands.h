@@ -5,8 +5,8 @@
 
 /// What the commands that vary with the current node need to know of it.
 struct NodeState {
-    QString key;             ///< empty: no current node
-    QString tag;             ///< empty for a root
+    QString key = {};        ///< empty: no current node
+    QString tag = {};        ///< empty for a root
     bool selection = false;  ///< locations are selected on the map
     bool uitvoer = false;    ///< its folder holds uitvoer.txt
     bool freqlijn = false;   ///< its folder holds freqlijn.txt

@@ -32,11 +32,12 @@ frmLog::frmLog(QWidget* parent)
     m_ui->rtfLog->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_ui->rtfLog->setAccessibleName(
         m_iniFile.GetString("Teksten" + gLanguage(), "rtfLog", "Uitvoer van de berekening"));
-    m_ui->lblBestand->hide();
-    connect(m_ui->rtfLog->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
-        if (value == 0)
-            ReadEarlier();
-    });
+    // A log box cannot be selected in by keyboard unless it is told.
+    m_ui->rtfLog->setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
+    // Queued: the box is still busy scrolling when it says so.
+    connect(
+        m_ui->rtfLog->verticalScrollBar(), &QScrollBar::valueChanged, this,
+        [this] { ReadEarlier(); }, Qt::QueuedConnection);
 }
 
 frmLog::~frmLog() = default;
@@ -71,9 +72,9 @@ void frmLog::Sink::SetText(const QString& text)
 
 void frmLog::ReadEarlier()
 {
-    if (!m_reader || m_reader->AtStart() || m_reading)
+    QScrollBar* bar = m_ui->rtfLog->verticalScrollBar();
+    if (bar->value() > 0 || !m_reader || m_reader->AtStart())
         return;
-    m_reading = true;
     RunHandler([&] {
         const QString earlier = m_reader->ReadBefore(kChunk);
         const int lines = static_cast<int>(earlier.count('\n'));
@@ -81,19 +82,16 @@ void frmLog::ReadEarlier()
         start.movePosition(QTextCursor::Start);
         start.insertText(earlier);
         // What was the first line in view stays it.
-        m_ui->rtfLog->verticalScrollBar()->setValue(lines);
+        bar->setValue(lines);
         ShowCaption();
     });
-    m_reading = false;
 }
 
 void frmLog::ShowCaption()
 {
-    m_ui->lblBestand->setVisible(m_reader != nullptr);
-    if (!m_reader)
-        return;
-    QString caption = m_reader->Path();
-    if (!m_reader->AtStart()) {
+    QString caption = m_reader ? m_reader->Path() : QString();
+    m_ui->lblBestand->setToolTip(caption);
+    if (m_reader && !m_reader->AtStart()) {
         const QLocale locale(QLocale::Dutch);
         caption = m_iniFile.GetString("Teksten" + gLanguage(), "deel", "%1 (laatste %2 van %3)");
         FillPlaceholders(
@@ -103,5 +101,4 @@ void frmLog::ShowCaption()
              locale.formattedDataSize(m_reader->Size(), 0, QLocale::DataSizeTraditionalFormat)});
     }
     m_ui->lblBestand->setText(caption);
-    m_ui->lblBestand->setToolTip(m_reader->Path());
 }

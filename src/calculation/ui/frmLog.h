@@ -50,5 +50,4 @@ private:
     QLMIniFile m_iniFile;
     Sink m_box;
     std::unique_ptr<TailReader> m_reader; // of the file in view
-    bool m_reading = false;
 };
