@@ -66,6 +66,16 @@ TEST_F(MapDrawingTest, NamesStandBesideThePointsWhenTheyAreOn)
     EXPECT_TRUE(AnyInk(Draw(), beside));
 }
 
+TEST_F(MapDrawingTest, ANameDoesNotWipeOutThePointBesideIt)
+{
+    points = {{620, 500, "Plas-02", Qt::blue}, {500, 500, "Plas-01", Qt::red}};
+    const QImage without = Draw();
+    look.labels = true;
+    look.labelColour = Qt::transparent; // only the rim of the name is left
+    const QRect symbol(56, 44, 13, 13);
+    EXPECT_EQ(Draw().copy(symbol), without.copy(symbol));
+}
+
 TEST_F(MapDrawingTest, ANameIsSeenOfAPointLeftOfTheWindow)
 {
     points = {{-100, 500, "Plas-met-een-lange-naam", Qt::red}};

@@ -18,16 +18,42 @@ void DrawSymbol(QPainter& painter, QPointF centre, double radius, const QColor& 
     painter.drawEllipse(centre, radius, radius);
 }
 
-/// With a rim in the colour of the paper, readable on any layer.
-void DrawText(QPainter& painter, QPointF baseline, const QString& text, const QFont& font,
-              const MapLook& look, const QColor& ink)
+/// A rim in the colour of the paper makes text readable on any layer.
+void DrawRim(QPainter& painter, QPointF baseline, const QString& text, const QFont& font,
+             const MapLook& look)
 {
     QPainterPath path;
     path.addText(baseline, font, text);
     painter.strokePath(path, QPen(look.paper, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
+
+void DrawText(QPainter& painter, QPointF baseline, const QString& text, const QFont& font,
+              const QColor& ink)
+{
     painter.setFont(font);
     painter.setPen(ink);
     painter.drawText(baseline, text);
+}
+
+struct Label {
+    QPointF baseline;
+    QString text;
+};
+
+/// The names that are in view, also of points that lie left of it.
+std::vector<Label> VisibleLabels(const QRectF& window, const MapTransform& transform,
+                                 const std::vector<MapPoint>& points, const MapLook& look)
+{
+    std::vector<Label> labels;
+    const QFontMetricsF metrics(look.labelFont);
+    const QPointF offset(look.symbolSize / 2.0 + kLabelGap,
+                         (metrics.ascent() - metrics.descent()) / 2);
+    for (const MapPoint& point : points) {
+        const QPointF baseline = transform.ToPixel(point.x, point.y) + offset;
+        if (window.intersects(metrics.boundingRect(point.name).translated(baseline)))
+            labels.push_back({baseline, point.name});
+    }
+    return labels;
 }
 
 } // namespace
@@ -39,6 +65,11 @@ void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& tra
     const double radius = look.symbolSize / 2.0;
     const QRectF view = window.adjusted(-2 * radius, -2 * radius, 2 * radius, 2 * radius);
     painter.setRenderHint(QPainter::Antialiasing);
+    // Rims first: a name must not wipe out its neighbours.
+    const std::vector<Label> labels =
+        look.labels ? VisibleLabels(window, transform, points, look) : std::vector<Label>();
+    for (const Label& label : labels)
+        DrawRim(painter, label.baseline, label.text, look.labelFont, look);
     for (const MapPoint& point : points) {
         const QPointF centre = transform.ToPixel(point.x, point.y);
         if (view.contains(centre) && selected.contains(point.name.toLower()))
@@ -49,18 +80,8 @@ void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& tra
         if (point.colour.isValid() && view.contains(centre))
             DrawSymbol(painter, centre, radius, point.colour);
     }
-    if (!look.labels)
-        return;
-    const QFontMetricsF metrics(look.labelFont);
-    for (const MapPoint& point : points) {
-        const QPointF centre = transform.ToPixel(point.x, point.y);
-        // A name may still be seen of a point that lies left of the window.
-        const QPointF baseline =
-            centre + QPointF(radius + kLabelGap, (metrics.ascent() - metrics.descent()) / 2);
-        const QRectF label = metrics.boundingRect(point.name).translated(baseline);
-        if (window.intersects(label))
-            DrawText(painter, baseline, point.name, look.labelFont, look, look.labelColour);
-    }
+    for (const Label& label : labels)
+        DrawText(painter, label.baseline, label.text, look.labelFont, look.labelColour);
 }
 
 double RoundLength(double metres)
@@ -93,5 +114,7 @@ void DrawScaleBar(QPainter& painter, const QRectF& window, const MapTransform& t
     painter.strokePath(bar, QPen(look.paper, 4));
     painter.strokePath(bar, QPen(look.ink, 1));
     painter.setRenderHint(QPainter::Antialiasing);
-    DrawText(painter, right + QPointF(6, 0), LengthText(metres), painter.font(), look, look.ink);
+    const QPointF baseline = right + QPointF(6, 0);
+    DrawRim(painter, baseline, LengthText(metres), look.font, look);
+    DrawText(painter, baseline, LengthText(metres), look.font, look.ink);
 }

@@ -28,6 +28,7 @@ struct MapLook {
     QColor selection{255, 255, 0};
     QColor paper = Qt::white;
     QColor ink = Qt::black;
+    QFont font; ///< of the scale bar
 };
 
 /// Draws locations as points, the selected ones (names in lower case) on a

@@ -30,6 +30,7 @@ MapView::MapView(QWidget* parent)
     setAccessibleName("Kaart");
     m_look.paper = palette().color(QPalette::Base);
     m_look.ink = palette().color(QPalette::Text);
+    m_look.font = font();
     SetExtent(FullExtent({}));
 }
 
