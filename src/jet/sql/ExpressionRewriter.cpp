@@ -1,12 +1,11 @@
+#include "jet/catalog/Clock.h"
 #include "jet/sql/FunctionTable.h"
 #include "jet/sql/Rewriter.h"
 #include "jet/sql/Types.h"
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cmath>
-#include <ctime>
 
 namespace jet::sql {
 
@@ -50,14 +49,7 @@ bool IsPredicate(const Expr& expr)
 
 double Moment(std::string_view function)
 {
-    const std::time_t seconds =
-        std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    const std::tm* now = std::localtime(&seconds);
-    if (now == nullptr)
-        return 0;
-    const double days = DateTime::FromCivil(now->tm_year + 1900, now->tm_mon + 1, now->tm_mday,
-                                            now->tm_hour, now->tm_min, std::min(now->tm_sec, 59))
-                            .days;
+    const double days = LocalNow().days;
     switch (function.front()) {
     case 'D':
         return std::floor(days);
