@@ -345,7 +345,7 @@ Value StatementRecordset::Get(int field) const
     if (!m_reader)
         m_reader = std::make_unique<RowReader>(table);
     const RowId id = m_ids[static_cast<std::size_t>(m_position)];
-    if ((!(m_reader->Id() == id) || !table.Exists(id)) && !m_reader->MoveTo(id))
+    if (!(m_reader->Id() == id) && !m_reader->MoveTo(id))
         throw Error(ErrorKind::NoCurrentRow, "De rij is intussen verwijderd: " + m_name);
     const int column = m_query->Columns()[at].sourceColumn;
     return column >= 0 ? m_reader->Get(column) : CurrentCalculated()[at];
