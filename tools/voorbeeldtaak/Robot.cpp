@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 
@@ -23,8 +24,7 @@ void Press(const QWidget* form, const char* button)
 
 Robot::Robot(const QString& folder) : m_folder(folder)
 {
-    connect(&m_timer, &QTimer::timeout, this, [this] { Look(); });
-    m_timer.start(kInterval);
+    QTimer::singleShot(kInterval, this, [this] { Look(); });
 }
 
 void Robot::Keep(QWidget* widget, const QString& picture)
@@ -36,6 +36,8 @@ void Robot::Keep(QWidget* widget, const QString& picture)
 
 void Robot::Look()
 {
+    // Anew each time: a timer does not fire again while its own dialog is open.
+    QTimer::singleShot(kInterval, this, [this] { Look(); });
     QWidget* form = QApplication::activeModalWidget();
     if (!form || !form->isVisible())
         return;

@@ -4,7 +4,6 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
-#include <QTimer>
 
 class QWidget;
 
@@ -32,7 +31,6 @@ private:
     void Result(QWidget* form);
     void Box(QWidget* form);
 
-    QTimer m_timer;
     QString m_folder;
     QString m_naam;
     QStringList m_boxes, m_pictures;
