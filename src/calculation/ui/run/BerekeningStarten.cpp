@@ -59,8 +59,10 @@ BerekeningStarten::Uitkomst BerekeningStarten::Start()
     try {
         BerekenLocaties(deelnemers, batch, uitkomst.verloop);
     } catch (const std::exception& fout) {
-        if (uitkomst.verloop.gepland == 0)
+        if (uitkomst.verloop.gepland == 0) {
+            m_omgeving.hoofdscherm.ClearStatusBarText();
             throw; // nothing was run: there is no list to show
+        }
         uitkomst.mislukt = true;
         ReportError(fout);
     }
@@ -70,6 +72,8 @@ BerekeningStarten::Uitkomst BerekeningStarten::Start()
         m_omgeving.meldKlaar(m_omgeving.venster);
     resultaat.ToonVerloop(uitkomst.verloop, uitkomst.mislukt);
     resultaat.exec();
+    if (!uitkomst.verloop.afgebroken) // the text of a stopped batch stays
+        m_omgeving.hoofdscherm.ClearStatusBarText();
     return uitkomst;
 }
 
