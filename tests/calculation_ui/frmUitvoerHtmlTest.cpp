@@ -52,6 +52,7 @@ TEST_F(frmUitvoerHtmlTest, AMissingPageIsRefused)
 
 TEST_F(frmUitvoerHtmlTest, OpensThePageInViewWithItsProgram)
 {
+    const BoxReader boxes;
     QUrl opened;
     SetUrlOpener([&](const QUrl& url) {
         opened = url;
@@ -59,6 +60,7 @@ TEST_F(frmUitvoerHtmlTest, OpensThePageInViewWithItsProgram)
     });
     browser->setSource(QUrl("meer.html"));
     QTest::mouseClick(form.findChild<QPushButton*>("cmdOpenByAssoc"), Qt::LeftButton);
+    EXPECT_TRUE(boxes.Texts().isEmpty());
     EXPECT_EQ(opened, QUrl::fromLocalFile(installation.Path("meer.html")));
 }
 

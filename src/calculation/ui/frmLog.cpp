@@ -34,10 +34,11 @@ frmLog::frmLog(QWidget* parent)
         m_iniFile.GetString("Teksten" + gLanguage(), "rtfLog", "Uitvoer van de berekening"));
     // A log box cannot be selected in by keyboard unless it is told.
     m_ui->rtfLog->setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
-    // Queued: the box is still busy scrolling when it says so.
+    // The scroll bar itself is silent when a key scrolls the box. Queued: the box is
+    // still busy scrolling when it says so.
     connect(
-        m_ui->rtfLog->verticalScrollBar(), &QScrollBar::valueChanged, this,
-        [this] { ReadEarlier(); }, Qt::QueuedConnection);
+        m_ui->rtfLog, &QPlainTextEdit::updateRequest, this, [this] { ReadEarlier(); },
+        Qt::QueuedConnection);
 }
 
 frmLog::~frmLog() = default;

@@ -30,11 +30,11 @@ frmUitvoerHtml::~frmUitvoerHtml() = default;
 
 void frmUitvoerHtml::ShowUitvoerFile(const QString& path)
 {
-    m_path = path;
     const QFileInfo file(ResolvePath(path));
     if (!file.exists())
         RaiseRuntimeFout(RuntimeFout::FileAccess, "Het bestand bestaat niet.|" + path);
-    m_ui->wbrUitvoer->setSource(QUrl::fromLocalFile(file.absoluteFilePath()));
+    m_path = file.absoluteFilePath();
+    m_ui->wbrUitvoer->setSource(QUrl::fromLocalFile(m_path));
 }
 
 void frmUitvoerHtml::done(int result)
@@ -52,6 +52,6 @@ void frmUitvoerHtml::cmdBack_Click()
 
 void frmUitvoerHtml::cmdOpenByAssoc_Click()
 {
-    const QUrl page = m_ui->wbrUitvoer->source();
+    const QUrl page = QUrl::fromLocalFile(m_path).resolved(m_ui->wbrUitvoer->source());
     OpenByAssociation(nullptr, page.isLocalFile() ? page.toLocalFile() : page.toString());
 }

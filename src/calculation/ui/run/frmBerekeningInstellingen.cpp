@@ -373,7 +373,7 @@ bool frmBerekeningInstellingen::FocusedInputIsUsable()
     ShowMessageForm(this, kMeldingNietToegestaan,
                     {ScreenText(isFactor ? grens::GolfCorrFactorMin : box->MinimumValue()),
                      ScreenText(isFactor ? grens::GolfCorrFactorMax : box->MaximumValue())});
-    box->setFocus();
+    HoldFocus(box, Qt::OtherFocusReason);
     box->selectAll();
     return false;
 }
