@@ -97,14 +97,14 @@ NavTree::NavTree(HRdb& database) : m_database(database)
     InitIcons();
 }
 
-/// An icon that shows another picture while its node is selected.
+/// An icon that shows another picture while its node is selected, or keeps its own: a
+/// style would tint it until it can hardly be seen.
 QIcon NavTree::NodeIcon(int image, int selectedImage)
 {
     QIcon& icon = m_icons[{image, selectedImage}];
     if (icon.isNull()) {
         icon.addFile(IconFile(image));
-        if (selectedImage != 0)
-            icon.addFile(IconFile(selectedImage), {}, QIcon::Selected);
+        icon.addFile(IconFile(selectedImage != 0 ? selectedImage : image), {}, QIcon::Selected);
     }
     return icon;
 }

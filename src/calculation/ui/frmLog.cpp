@@ -91,15 +91,24 @@ void frmLog::ReadEarlier()
 void frmLog::ShowCaption()
 {
     QString caption = m_reader ? m_reader->Path() : QString();
-    m_ui->lblBestand->setToolTip(caption);
     if (m_reader && !m_reader->AtStart()) {
         const QLocale locale(QLocale::Dutch);
-        caption = m_iniFile.GetString("Teksten" + gLanguage(), "deel", "%1 (laatste %2 van %3)");
+        caption = m_iniFile.GetString("Teksten" + gLanguage(), "deel", "Laatste %2 van %3: %1");
         FillPlaceholders(
             caption,
             {m_reader->Path(),
              locale.formattedDataSize(m_reader->BytesRead(), 0, QLocale::DataSizeTraditionalFormat),
              locale.formattedDataSize(m_reader->Size(), 0, QLocale::DataSizeTraditionalFormat)});
     }
-    m_ui->lblBestand->setText(caption);
+    m_ui->lblBestand->setToolTip(caption);
+    QLabel& label = *m_ui->lblBestand;
+    const int room = label.contentsRect().width() - 2 * label.margin();
+    label.setText(label.fontMetrics().elidedText(caption, Qt::ElideMiddle, room));
+}
+
+void frmLog::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    layout()->activate(); // the label must know its new width
+    ShowCaption();
 }

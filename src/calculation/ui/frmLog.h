@@ -32,6 +32,9 @@ public:
     /// Bytes of a log that are read at once.
     static constexpr qint64 kChunk = 256 * 1024;
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void ReadEarlier();
     void ShowCaption();
