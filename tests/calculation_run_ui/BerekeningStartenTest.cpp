@@ -84,7 +84,8 @@ TEST_F(BerekeningStartenTest, AWholeBatchEndsInTreeDatabaseAndList)
     EXPECT_TRUE(uitkomst.gestart);
     EXPECT_FALSE(uitkomst.mislukt);
     EXPECT_EQ(uitkomst.verloop.gedaan, 3);
-    EXPECT_EQ(uitkomst.lijst, "Plas-01: ontwerp OK\r\nPlas-02: ontwerp OK\r\nPlas-03: ontwerp OK\r\n");
+    EXPECT_EQ(uitkomst.lijst,
+              "Plas-01: ontwerp OK\r\nPlas-02: ontwerp OK\r\nPlas-03: ontwerp OK\r\n");
     EXPECT_EQ(samenvatting, "3 van 3 berekeningen uitgevoerd.");
     EXPECT_EQ(forms.Met("frmBatchjob"), 3);
     EXPECT_EQ(gemeld, 1);
@@ -128,8 +129,9 @@ TEST_F(BerekeningStartenTest, AFailedCoreLeavesItsCalculationAndALineWithItsCode
 {
     Rekenhart("case \"$PWD\" in *Plas-02*) exit 3;; esac");
     const auto uitkomst = Start();
-    EXPECT_EQ(uitkomst.lijst,
-              "Plas-01: ontwerp OK\r\nPlas-02: ontwerp FOUT: EXITCODE=3\r\nPlas-03: ontwerp OK\r\n");
+    EXPECT_EQ(
+        uitkomst.lijst,
+        "Plas-01: ontwerp OK\r\nPlas-02: ontwerp FOUT: EXITCODE=3\r\nPlas-03: ontwerp OK\r\n");
     EXPECT_EQ(samenvatting, "3 van 3 berekeningen uitgevoerd, waarvan 1 met een fout.");
     EXPECT_TRUE(InBoom("Plas-02"));
     EXPECT_TRUE(QFile::exists(Map("Plas-02", "ontwerp") + "/uitvoer.log"));

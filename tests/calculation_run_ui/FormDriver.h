@@ -33,10 +33,15 @@ private:
             dialog->property("met").toBool())
             return;
         dialog->setProperty("met", true);
+        // One that is shown again is met again.
+        QObject::connect(dialog, &QDialog::finished, dialog,
+                         [dialog] { dialog->setProperty("met", false); });
         const QString name = dialog->objectName();
         ++m_met[name];
+        // Not from here: a timer is quiet while its own slot runs, and the work
+        // may open the next form.
         if (m_work.contains(name))
-            m_work[name](*dialog);
+            QTimer::singleShot(0, dialog, [work = m_work[name], dialog] { work(*dialog); });
     }
 
     QTimer m_timer;
