@@ -3,6 +3,11 @@
 #include "calculation/ui/frmLog.h"
 #include "calculation/ui/frmUitvoer.h"
 #include "calculation/ui/frmUitvoerHtml.h"
+#include "calculation/ui/run/BoomLocaties.h"
+#include "calculation/ui/run/frmBatchjob.h"
+#include "calculation/ui/run/frmBatchresult.h"
+#include "calculation/ui/run/frmBerekeningInstellingen.h"
+#include "calculation/ui/run/frmBerekeningStart.h"
 #include "frame/ui/frmMemo.h"
 #include "mainwindow/frmAbout.h"
 #include "mainwindow/frmMain.h"
@@ -37,12 +42,39 @@ std::unique_ptr<QWidget> MakeLocaties()
         frmLocaties::Omgeving{browser.db, browser.navTree, browser.selection, browser, browser});
 }
 
+std::unique_ptr<QWidget> MakeBatchjob()
+{
+    static HRdb db;
+    static BatchVoortgang voortgang;
+    return std::make_unique<frmBatchjob>(db, voortgang);
+}
+
+std::unique_ptr<QWidget> MakeBerekeningStart()
+{
+    static HRdb db;
+    static const NavTree navTree{db};
+    static const BoomLocaties locaties{navTree};
+    static Global<frmBerekeningInstellingen> instellingen;
+    return std::make_unique<frmBerekeningStart>(
+        frmBerekeningStart::Omgeving{db, locaties, instellingen});
+}
+
 } // namespace
 
 QList<FormUnderTest> FormsUnderTest()
 {
     return {
         {"About.ini", [] { return std::make_unique<frmAbout>(); }},
+        {"Batchjob.ini", MakeBatchjob},
+        {"Batchresult.ini", [] { return std::make_unique<frmBatchresult>(); }},
+        {"BerekeningInstellingen.ini",
+         [] { return std::make_unique<frmBerekeningInstellingen>(); }},
+        {"BerekeningStart.ini",
+         MakeBerekeningStart,
+         {"frmBerekeningStart.fsbDialogTitle", "frmBerekeningStart.fsbOverzichtNm.filters",
+          "frmBerekeningStart.msgBox.windowtext", "frmBerekeningStart.msgBox.prompttext",
+          "frmBerekeningStart.msgBox.btn1text", "frmBerekeningStart.msgBox.btn2text",
+          "frmBerekeningStart.msgBox.btn3text"}},
         {"Locaties.ini", MakeLocaties},
         {"Log.ini", [] { return std::make_unique<frmLog>(); }},
         {"Main.ini", [] { return std::make_unique<frmMain>(); }, {"database.open.title"}},
