@@ -110,7 +110,7 @@ TEST(Mutation, BearsChangesInDamagedFiles)
 TEST(Mutation, BearsFilesCutOffAnywhere)
 {
     const Bytes original = Load(Samples().front());
-    for (std::size_t length = 0; length < original.size(); length += 997)
+    for (std::size_t length = 1; length < original.size(); length += 997)
         ASSERT_NO_THROW(ReadEverything(std::span(original).first(length))) << length;
 }
 

@@ -171,8 +171,10 @@ bool TableCheck::ExamineSlots(PageNumber number, std::uint32_t owner, const std:
 void TableCheck::ExaminePointers()
 {
     SlotSet met;
-    for (const auto& [number, slots] : m_pointers) {
+    for (const auto& entry : m_pointers) {
         m_findings.Guard([&] {
+            const PageNumber number = entry.first;
+            const auto& slots = entry.second;
             const PageView view = m_pager.Read(number);
             const DataPage page(m_pager, number, view.Data());
             for (int i = 0; i < SlotsOf(page); ++i) {
@@ -205,8 +207,10 @@ void TableCheck::ExaminePointers()
 void TableCheck::ExamineRows()
 {
     const auto examine = [&](const SlotSet& set, bool counts) {
-        for (const auto& [number, slots] : set) {
+        for (const auto& entry : set) {
             m_findings.Guard([&] {
+                const PageNumber number = entry.first;
+                const auto& slots = entry.second;
                 const PageView view = m_pager.Read(number);
                 const DataPage page(m_pager, number, view.Data());
                 for (int i = 0; i < SlotsOf(page); ++i) {
