@@ -107,6 +107,7 @@ TEST(StatementErrorTest, WhatTheOriginalRefusesIsRefused)
     data.Refusal("SELECT x FROM Locatie GROUP BY x HAVING naam='een'", ErrorKind::Query);
     data.Refusal("SELECT DISTINCT naam FROM Locatie ORDER BY x", ErrorKind::Query);
     data.Refusal("SELECT x FROM Locatie WHERE Count(*)>1", ErrorKind::Query);
+    data.Refusal("SELECT 1 FROM Locatie HAVING 2>1", ErrorKind::Query);
     data.Refusal("SELECT x FROM Locatie, Locatie", ErrorKind::Query);
     data.Refusal("SELECT x FROM Locatie UNION SELECT x, id FROM Peil", ErrorKind::Query);
     data.Refusal("SELECT x FROM Locatie WHERE id IN (SELECT id, x FROM Peil)", ErrorKind::Query);

@@ -212,13 +212,15 @@ void Binder::BindBranch(Select& select, const Scope* outer, std::vector<OrderTer
     if (order != nullptr)
         BindOrder(select, *order, scope);
 
-    select.grouped = !select.groupBy.empty() || select.having;
+    bool totals = select.having && select.having->hasAggregate;
     for (const SelectItem& item : select.items)
-        select.grouped = select.grouped || (item.expr && item.expr->hasAggregate);
-    if (order != nullptr) {
-        for (const OrderTerm& term : *order)
-            select.grouped = select.grouped || (term.item < 0 && term.expr->hasAggregate);
-    }
+        totals = totals || (item.expr && item.expr->hasAggregate);
+    for (std::size_t i = 0; order != nullptr && i < order->size(); ++i)
+        totals = totals || ((*order)[i].item < 0 && (*order)[i].expr->hasAggregate);
+    if (select.having && select.groupBy.empty() && !totals)
+        Fail(ErrorKind::Query, select.having->position,
+             "HAVING kan niet zonder GROUP BY of een totaal");
+    select.grouped = totals || !select.groupBy.empty();
     if (!select.grouped)
         return;
     for (const SelectItem& item : select.items) {
