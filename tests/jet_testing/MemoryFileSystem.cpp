@@ -47,7 +47,8 @@ public:
     {
         if (offset + into.size() > m_node->content.size())
             throw Error(ErrorKind::Io, "Lezen voorbij het einde.");
-        std::memcpy(into.data(), m_node->content.data() + offset, into.size());
+        if (!into.empty()) // an empty file has no address to copy from
+            std::memcpy(into.data(), m_node->content.data() + offset, into.size());
     }
 
     void WriteAt(std::uint64_t offset, std::span<const std::byte> bytes) override

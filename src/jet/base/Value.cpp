@@ -15,6 +15,8 @@ template <typename... Fs>
 struct Overloaded : Fs... {
     using Fs::operator()...;
 };
+template <class... Fs>
+Overloaded(Fs...) -> Overloaded<Fs...>; // clang 14 does not deduce it by itself
 
 std::string Shown(const Value& value)
 {
