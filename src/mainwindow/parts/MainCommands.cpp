@@ -6,6 +6,8 @@
 #include "frame/Busy.h"
 #include "frame/FileSystemObject.h"
 #include "frame/Globals.h"
+#include "frame/Paths.h"
+#include "frame/ui/MessageBoxes.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/parts/MainPanes.h"
 #include "profiles/ui/frmLocaties.h"
@@ -13,6 +15,8 @@
 #include <QTreeWidgetItem>
 
 namespace {
+
+constexpr int kMeldingBestandOntbreekt = 203;
 
 /// The folder of the current calculation; empty when no calculation is current.
 QString BerekeningFolder(const MainPanes& panes)
@@ -28,8 +32,14 @@ void ShowBerekeningFile(frmMain& window, const MainPanes& panes, const QString& 
     const QString folder = BerekeningFolder(panes);
     if (folder.isEmpty())
         return;
+    const QString file = gFso().BuildPath(folder, name);
+    if (!FileExists(file)) {
+        ShowMessageForm(&window, kMeldingBestandOntbreekt, {file});
+        return;
+    }
     frmUitvoer form(&window);
-    form.ShowUitvoerFile(gFso().BuildPath(folder, name));
+    form.ShowUitvoerFile(file);
+    form.exec();
 }
 
 void ShowBerekeningFolder(frmMain& window, const MainPanes& panes)
