@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -16,6 +17,7 @@
 class LogSink;
 class QLMIniFile;
 class StatusBar;
+class Transactie;
 
 /// "Not known": in every numeric field of boundary conditions and results, and
 /// as an id that was not found. As a return-period argument: all of them.
@@ -87,6 +89,8 @@ public:
     RecordsetPtr GetRecordSet(const QString& sql,
                               jet::RecordsetType type = jet::RecordsetType::Dynaset,
                               jet::RecordsetOptions options = {});
+    /// Makes one change of the operations that follow: what is not committed is undone.
+    [[nodiscard]] Transactie BeginTransactie();
 
     // --- locations (HRdb_Locaties.cpp) ---
 
@@ -127,6 +131,9 @@ public:
                         const QList<double>& strijklengten); ///< error 1504
     /// Computes the quality mark of all locations anew. Error 1506.
     void UpdateKwaliteitskenmerk();
+    /// For a row of changes, each of which would compute the marks of all locations: they are
+    /// computed once, behind the last. Not when `changes` throws: roll back then.
+    void UpdateKwaliteitskenmerkOnce(const std::function<void()>& changes);
 
     // --- set-up table (HRdb_Scheefstand.cpp) ---
 
@@ -239,16 +246,28 @@ private:
     // connection
     OpenResult OpenOrThrow(const QString& path, bool readOnly, bool check);
     void Connect(bool readOnly); ///< opens m_fileName exclusively
+    /// The engine's path of a file that the system names by text.
+    static std::filesystem::path EnginePath(const QString& path);
     void Forget();               ///< nothing open, no file name
+    jet::Database& Connection(); ///< reopens; raises when there is no database
     RecordsetPtr Open(const QString& sql, jet::RecordsetType type = jet::RecordsetType::Dynaset,
                       jet::RecordsetOptions options = {});
     int Execute(const QString& sql);
     bool HasRows(const QString& sql);
+    /// The first field of the first row, an id; kNietBekend without a row.
+    int FindId(const QString& sql, jet::RecordsetType type = jet::RecordsetType::Dynaset);
+    /// The number of rows; the cursor then stands on the first one.
+    static int CountRows(const RecordsetPtr& recordset);
+    /// `Naam` of all rows of `tabel` that bear the old name. Nothing happens without
+    /// a new name, a database or the table.
+    void RenameRows(const QString& tabel, const QString& oud, const QString& nieuw);
     QString RelativeFileName() const;
     /// The row of fieldNameTable whose first name is `name`, without regard to case; -1.
     int FieldNameRow(const QString& name) const;
 
     // locations
+    /// Makes one change of `wijziging` and refreshes the marks; `fout` when it fails.
+    void ChangeLocatie(int fout, const std::function<void()>& wijziging);
     void InsertLocatie(double x, double y, const QString& opgeslagen);
     bool StreefpeilBekend(int locatieId);
     bool DijknormaalBekend(int locatieId);
@@ -293,8 +312,8 @@ private:
     void CheckLocatieNamenUniek();
     bool CheckLocatieNamenBruikbaar();
     static bool IsBruikbareMapnaam(const QString& tekst);
-    bool TableExists(const QString& tabel) const;
-    bool FieldExists(const QString& tabel, const QString& veldnaam) const;
+    bool TableExists(const QString& tabel);
+    bool FieldExists(const QString& tabel, const QString& veldnaam);
     struct LocatieNamen {
         QStringList verschillend;
         bool dubbel = false; ///< two locations share a name
@@ -314,6 +333,8 @@ private:
     StatusBar* m_statusbarForm = nullptr;      // not owned
     LogSink* m_logRtb = nullptr;               // not owned
     QDateTime m_dateLastModifiedByOpen;
-    int m_leftOpen = 0; // transactions that a failed operation left open
+    int m_leftOpen = 0;       // transactions that a failed operation left open
+    int m_marksPostponed = 0; // nested calls of UpdateKwaliteitskenmerkOnce
     bool m_copyKept = false;
+    QString m_copyReport; // what KeepCopyBeforeChange has to tell
 };

@@ -6,6 +6,10 @@
 #include "frame/Fouten.h"
 #include "frame/Globals.h"
 
+#include <QScopeGuard>
+
+#include <cmath>
+
 using sql::Getal;
 using sql::InDubbeleQuotes;
 using sql::InEnkeleQuotes;
@@ -22,6 +26,24 @@ struct Peil {
 };
 constexpr Peil kPeilenNieuweLocatie[] = {{10, 0.5}, {30, 0.6}, {100, 0.7}, {300, 0.8}, {1000, 0.9}};
 constexpr int kWindsnelhedenNieuweLocatie[] = {0, 10, 20, 30, 40}; // m/s
+
+/// Whole metres, cut off towards zero.
+int HeleMeters(double meters)
+{
+    if (!(std::fabs(meters) < 2147483648.0))
+        RaiseRuntimeFout(RuntimeFout::Overflow,
+                         "De coördinaat " + QString::number(meters) + " is te groot.");
+    return static_cast<int>(meters);
+}
+
+/// There must be a value for each of `aantal`; nothing is changed otherwise.
+void RequireValues(int fout, qsizetype aantal, const QList<double>& waarden)
+{
+    if (waarden.size() < aantal)
+        RaiseFout(fout, {QStringLiteral("Er zijn %1 waarden nodig, maar %2 gegeven.")
+                             .arg(aantal)
+                             .arg(waarden.size())});
+}
 
 } // namespace
 
@@ -41,9 +63,8 @@ RecordsetPtr HRdb::GetLocatieTabel()
 int HRdb::GetLocatie_ID(const QString& naam)
 {
     try {
-        const auto rows = Open(
+        return FindId(
             "SELECT [Locatie_ID] From Locatie WHERE [omschrijving]=" + InDubbeleQuotes(naam) + ";");
-        return heeftRecords(rows) ? rows->Get("Locatie_ID").AsIntOr(kNietBekend) : kNietBekend;
     } catch (const std::exception&) {
         return kNietBekend;
     }
@@ -51,9 +72,8 @@ int HRdb::GetLocatie_ID(const QString& naam)
 
 int HRdb::GetKwaliteitskenmerk(const QString& naam)
 {
-    const int id = GetLocatie_ID(naam);
-    const auto rows = Open("SELECT kwaliteitskenmerk FROM locatie WHERE Locatie_ID=" + Getal(id));
-    return heeftRecords(rows) ? rows->Get("kwaliteitskenmerk").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId("SELECT kwaliteitskenmerk FROM locatie WHERE Locatie_ID=" +
+                  Getal(GetLocatie_ID(naam)));
 }
 
 void HRdb::GetXY(const QString& naam, int& x, int& y, int& kwaliteitskenmerk)
@@ -65,8 +85,8 @@ void HRdb::GetXY(const QString& naam, int& x, int& y, int& kwaliteitskenmerk)
                            jet::RecordsetType::Dynaset, {.readOnly = true});
     if (!heeftRecords(rows))
         RaiseFout(4, {naam, m_fileName});
-    x = static_cast<int>(rows->Get("x").AsDouble());
-    y = static_cast<int>(rows->Get("y").AsDouble());
+    x = HeleMeters(rows->Get("x").AsDouble());
+    y = HeleMeters(rows->Get("y").AsDouble());
     kwaliteitskenmerk = rows->Get("kwaliteitskenmerk").AsInt();
 }
 
@@ -106,9 +126,7 @@ RecordsetPtr HRdb::GetWindsectoren()
 
 int HRdb::GetRichting_ID(double graden)
 {
-    const auto rows =
-        Open("SELECT [Richting_ID] From Windsectoren WHERE Graden=" + Getal(graden) + ";");
-    return heeftRecords(rows) ? rows->Get("Richting_ID").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId("SELECT [Richting_ID] From Windsectoren WHERE Graden=" + Getal(graden) + ";");
 }
 
 void HRdb::GetFeHbodem(bool delivered, const QString& naam, QList<double>& richtingen,
@@ -134,8 +152,8 @@ void HRdb::GetFeHbodem(bool delivered, const QString& naam, QList<double>& richt
     }
     for (; !rows->EndOfFile(); rows->MoveNext()) {
         richtingen << rows->Get("richting").AsDouble();
-        bodemhoogten << rows->Get("B").AsDouble();
-        strijklengten << rows->Get("FE").AsDouble();
+        bodemhoogten << rows->Get("B").AsDoubleOr(kNietBekend);
+        strijklengten << rows->Get("FE").AsDoubleOr(kNietBekend);
     }
 }
 
@@ -210,9 +228,10 @@ bool HRdb::DeleteLocatie(const QString& naam)
         Execute("DELETE * FROM Dijkring WHERE [Locatie]=" + InEnkeleQuotes(naam) + ";");
         Execute("DELETE * FROM Locatie WHERE [Locatie_ID]=" + id + ";");
         // Behind the statements, so that it happens only when they went well; it
-        // cannot be undone if the commit fails.
+        // cannot be undone if the commit fails. A name that is no folder's would
+        // mean another folder: an empty one the whole work folder.
         const QString map = gFso().BuildPath(WerkMap(), naam);
-        if (gFso().FolderExists(map))
+        if (IsBruikbareMapnaam(naam) && gFso().FolderExists(map))
             gFso().DeleteFolder(map, true);
         transactie.Commit();
     } catch (const std::exception& error) {
@@ -228,76 +247,74 @@ void HRdb::UpdateDijknormaal(const QString& naam, double waarde)
     UpdateKwaliteitskenmerk();
 }
 
-// The next four raise before their roll-back is reached: what was done stays in
-// the open transaction until the next commit or the end of the connection.
+void HRdb::ChangeLocatie(int fout, const std::function<void()>& wijziging)
+{
+    {
+        Transactie transactie(m_workspace, m_leftOpen);
+        try {
+            wijziging();
+        } catch (const std::exception& error) {
+            // Raised before a roll-back is reached: what was done stays in the open
+            // transaction until the next commit or the end of the connection.
+            transactie.LeaveOpen();
+            RaiseFout(fout, {Description(error)});
+        }
+        try {
+            transactie.Commit();
+        } catch (const std::exception& error) {
+            RaiseFout(fout, {Description(error)});
+        }
+    }
+    UpdateKwaliteitskenmerk();
+}
 
 void HRdb::UpdateStreefpeil(const QString& naam, double waarde)
 {
     const int id = GetLocatie_ID(naam);
-    Transactie transactie(m_workspace, m_leftOpen);
-    try {
+    ChangeLocatie(1505, [&] {
         Execute("UPDATE Locatie SET Streefpeil=" + Getal(waarde) +
                 " WHERE Locatie_ID=" + Getal(id) + ";");
-        transactie.Commit();
-    } catch (const std::exception& error) {
-        transactie.LeaveOpen();
-        RaiseFout(1505, {Description(error)});
-    }
-    UpdateKwaliteitskenmerk();
+    });
 }
 
 void HRdb::UpdateBoezempeilstatistiek(const QString& naam, const QList<int>& herhalingstijden,
                                       const QList<double>& peilen)
 {
+    RequireValues(1506, herhalingstijden.size(), peilen);
     const QString id = Getal(GetLocatie_ID(naam));
-    Transactie transactie(m_workspace, m_leftOpen);
-    try {
+    ChangeLocatie(1506, [&] {
         DeleteBoezempeilen(id);
         for (qsizetype i = 0; i < herhalingstijden.size(); ++i)
             Execute("INSERT INTO Boezempeilstatistiek ([Locatie_ID],[Herhalingstijd],[Boezempeil] "
                     ") VALUES (" +
-                    id + "," + Getal(herhalingstijden[i]) + "," + Getal(peilen.at(i)) + ");");
-        transactie.Commit();
-    } catch (const std::exception& error) {
-        transactie.LeaveOpen();
-        RaiseFout(1506, {Description(error)});
-    }
-    UpdateKwaliteitskenmerk();
+                    id + "," + Getal(herhalingstijden[i]) + "," + Getal(peilen[i]) + ");");
+    });
 }
 
 void HRdb::UpdateFe(const QString& naam, const QList<double>& richtingen,
                     const QList<double>& strijklengten)
 {
+    RequireValues(1504, richtingen.size(), strijklengten);
     const QString id = Getal(GetLocatie_ID(naam));
-    Transactie transactie(m_workspace, m_leftOpen);
-    try {
+    ChangeLocatie(1504, [&] {
         for (qsizetype i = 0; i < richtingen.size(); ++i)
-            Execute("UPDATE Geometrie SET FE=" + Getal(strijklengten.at(i)) + " WHERE Locatie_ID=" +
+            Execute("UPDATE Geometrie SET FE=" + Getal(strijklengten[i]) + " WHERE Locatie_ID=" +
                     id + " AND Richting_ID=" + Getal(GetRichting_ID(richtingen[i])) + ";");
-        transactie.Commit();
-    } catch (const std::exception& error) {
-        transactie.LeaveOpen();
-        RaiseFout(1504, {Description(error)});
-    }
-    UpdateKwaliteitskenmerk();
+    });
 }
 
 void HRdb::UpdateFeHbodem(const QString& naam, const QList<double>& richtingen,
                           const QList<double>& bodemhoogten, const QList<double>& strijklengten)
 {
+    RequireValues(1504, richtingen.size(), bodemhoogten);
+    RequireValues(1504, richtingen.size(), strijklengten);
     const QString id = Getal(GetLocatie_ID(naam));
-    Transactie transactie(m_workspace, m_leftOpen);
-    try {
+    ChangeLocatie(1504, [&] {
         for (qsizetype i = 0; i < richtingen.size(); ++i)
-            Execute("UPDATE Geometrie SET B=" + Getal(bodemhoogten.at(i)) +
-                    ",FE=" + Getal(strijklengten.at(i)) + " WHERE Locatie_ID=" + id +
+            Execute("UPDATE Geometrie SET B=" + Getal(bodemhoogten[i]) +
+                    ",FE=" + Getal(strijklengten[i]) + " WHERE Locatie_ID=" + id +
                     " AND Richting_ID=" + Getal(GetRichting_ID(richtingen[i])) + ";");
-        transactie.Commit();
-    } catch (const std::exception& error) {
-        transactie.LeaveOpen();
-        RaiseFout(1504, {Description(error)});
-    }
-    UpdateKwaliteitskenmerk();
+    });
 }
 
 void HRdb::DeleteBoezempeilen(const QString& locatieId)
@@ -320,13 +337,9 @@ bool HRdb::DijknormaalBekend(int locatieId)
 
 bool HRdb::BoezempeilenBekend(int locatieId)
 {
-    const auto rows = Open("SELECT Boezempeil FROM Boezempeilstatistiek WHERE Boezempeil <> -999 "
-                           "AND Herhalingstijd In (10,30,100,300,1000) AND Locatie_ID =" +
-                           Getal(locatieId) + ";");
-    if (!heeftRecords(rows))
-        return false;
-    rows->MoveLast();
-    return rows->RecordCount() == 5;
+    return CountRows(Open("SELECT Boezempeil FROM Boezempeilstatistiek WHERE Boezempeil <> -999 "
+                          "AND Herhalingstijd In (10,30,100,300,1000) AND Locatie_ID =" +
+                          Getal(locatieId) + ";")) == 5;
 }
 
 bool HRdb::ScheefstandBekend(int locatieId)
@@ -342,8 +355,20 @@ bool HRdb::HeeftProfiel(int locatieId)
                    ";");
 }
 
+void HRdb::UpdateKwaliteitskenmerkOnce(const std::function<void()>& changes)
+{
+    {
+        ++m_marksPostponed;
+        const auto resume = qScopeGuard([this] { --m_marksPostponed; });
+        changes();
+    }
+    UpdateKwaliteitskenmerk();
+}
+
 void HRdb::UpdateKwaliteitskenmerk()
 {
+    if (m_marksPostponed > 0)
+        return;
     try {
         const auto locaties = GetLocatieTabel();
         if (!heeftRecords(locaties))

@@ -1,5 +1,6 @@
 #include "database/HRdb.h"
 #include "database/SqlTekst.h"
+#include "database/Transactie.h"
 
 #include "frame/Busy.h"
 #include "frame/FileSystemObject.h"
@@ -12,12 +13,6 @@
 #include <QStringList>
 
 namespace {
-
-/// The engine's path of a file that the system names by text.
-std::filesystem::path EnginePath(const QString& path)
-{
-    return std::filesystem::path(ResolvePath(path).toStdU16String());
-}
 
 QDateTime Stamp(const QString& path)
 {
@@ -90,6 +85,7 @@ OpenResult HRdb::OpenOrThrow(const QString& path, bool readOnly, bool check)
     if (!IsOpen()) {
         m_fileName = path;
         m_copyKept = false;
+        m_copyReport.clear();
         Connect(readOnly);
         if (check) {
             if (m_statusbarForm)
@@ -100,11 +96,17 @@ OpenResult HRdb::OpenOrThrow(const QString& path, bool readOnly, bool check)
         if (m_statusbarForm) {
             m_statusbarForm->ClearStatusBarText();
             m_statusbarForm->SetStatusBarText(vorigeStatus);
+            m_statusbarForm->SetStatusBarText(m_copyReport); // stays, to be read
             m_statusbarForm->HideProgress();
         }
     }
     m_dateLastModifiedByOpen = Stamp(path);
     return result;
+}
+
+std::filesystem::path HRdb::EnginePath(const QString& path)
+{
+    return std::filesystem::path(ResolvePath(path).toStdU16String());
 }
 
 void HRdb::Connect(bool readOnly)
@@ -116,8 +118,13 @@ void HRdb::Connect(bool readOnly)
 void HRdb::CloseDB()
 {
     if (m_database) {
-        for (; m_workspace.TransactionDepth() > 0;)
-            m_workspace.Rollback();
+        while (m_workspace.TransactionDepth() > 0) {
+            try {
+                m_workspace.Rollback();
+            } catch (const jet::Error&) {
+                // The journal stays beside the file; the next opener plays it back.
+            }
+        }
         m_database->Close();
         m_database.reset();
     }
@@ -126,12 +133,14 @@ void HRdb::CloseDB()
 
 void HRdb::Forget()
 {
-    try {
-        CloseDB();
-    } catch (const std::exception&) {
-        m_database.reset(); // the error that brought us here is the one to tell
-    }
+    CloseDB();
     m_fileName.clear();
+}
+
+Transactie HRdb::BeginTransactie()
+{
+    reOpenDB(false);
+    return Transactie(m_workspace, m_leftOpen);
 }
 
 void HRdb::reOpenDB(bool updateDate)
@@ -197,25 +206,60 @@ RecordsetPtr HRdb::GetRecordSet(const QString& sql, jet::RecordsetType type,
     return Open(sql, type, options);
 }
 
-RecordsetPtr HRdb::Open(const QString& sql, jet::RecordsetType type, jet::RecordsetOptions options)
+jet::Database& HRdb::Connection()
 {
     reOpenDB(false);
     if (!IsOpen())
         RaiseRuntimeFout(RuntimeFout::InvalidArgument, "Er is geen database geopend.");
-    return m_database->OpenRecordset(sql.toStdString(), type, options);
+    return *m_database;
+}
+
+RecordsetPtr HRdb::Open(const QString& sql, jet::RecordsetType type, jet::RecordsetOptions options)
+{
+    return Connection().OpenRecordset(sql.toStdString(), type, options);
 }
 
 int HRdb::Execute(const QString& sql)
 {
-    reOpenDB(false);
-    if (!IsOpen())
-        RaiseRuntimeFout(RuntimeFout::InvalidArgument, "Er is geen database geopend.");
-    return m_database->Execute(sql.toStdString());
+    return Connection().Execute(sql.toStdString());
 }
 
 bool HRdb::HasRows(const QString& sql)
 {
     return heeftRecords(Open(sql));
+}
+
+int HRdb::FindId(const QString& sql, jet::RecordsetType type)
+{
+    const auto rows = Open(sql, type);
+    return heeftRecords(rows) ? rows->Get(0).AsIntOr(kNietBekend) : kNietBekend;
+}
+
+int HRdb::CountRows(const RecordsetPtr& recordset)
+{
+    if (!heeftRecords(recordset))
+        return 0;
+    recordset->MoveLast();
+    const int aantal = recordset->RecordCount();
+    recordset->MoveFirst();
+    return aantal;
+}
+
+void HRdb::RenameRows(const QString& tabel, const QString& oud, const QString& nieuw)
+{
+    reOpenDB(false);
+    if (nieuw.trimmed().isEmpty() || !IsOpen() || !TableExists(tabel))
+        return;
+    const auto rows = Open("SELECT * FROM " + tabel + " WHERE Naam=" + sql::InDubbeleQuotes(oud));
+    if (!heeftRecords(rows))
+        return;
+    Transactie transactie(m_workspace, m_leftOpen);
+    for (; !rows->EndOfFile(); rows->MoveNext()) {
+        rows->Edit();
+        rows->Set("Naam", jet::Value(nieuw.toStdString()));
+        rows->Update();
+    }
+    transactie.Commit();
 }
 
 QString HRdb::RelativeFileName() const

@@ -4,7 +4,24 @@
 #include "frame/Fouten.h"
 #include "frame/Globals.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+namespace {
+
+/// With all that is in it; of a link to a folder elsewhere only the link.
+void DeleteForGood(const QString& folder)
+{
+    const QFileInfo info(folder);
+    const bool isLink = info.isSymbolicLink() || info.isJunction();
+    if (!isLink)
+        gFso().DeleteFolder(folder, true);
+    else if (!QFile::remove(folder) && !QDir().rmdir(folder))
+        RaiseFout(13, {folder});
+}
+
+} // namespace
 
 FolderChanges::~FolderChanges()
 {
@@ -25,10 +42,11 @@ void FolderChanges::Rename(const QString& from, const QString& to)
     m_moves.append({from, to});
 }
 
-QString FolderChanges::AsideName() const
+QString FolderChanges::AsideName()
 {
-    for (int number = 1;; ++number) {
-        const QString path = gFso().BuildPath(m_werkmap, ".verwijderd-" + QString::number(number));
+    for (;;) {
+        const QString path =
+            gFso().BuildPath(m_werkmap, ".verwijderd-" + QString::number(++m_lastAside));
         if (!QFileInfo::exists(path))
             return path;
     }
@@ -53,7 +71,7 @@ void FolderChanges::Commit()
     QString left;
     for (const QString& aside : std::exchange(m_aside, {})) {
         try {
-            gFso().DeleteFolder(aside, true);
+            DeleteForGood(aside);
         } catch (const std::exception&) {
             left = aside;
         }

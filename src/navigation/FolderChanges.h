@@ -34,9 +34,10 @@ public:
     void Commit();
 
 private:
-    QString AsideName() const;
+    QString AsideName();
 
     QString m_werkmap;
     QList<std::pair<QString, QString>> m_moves; // from, to
     QStringList m_aside;
+    int m_lastAside = 0; // number in the name of the last one
 };

@@ -1,18 +1,19 @@
 #include "navigation/TreeChanges.h"
 
 #include "database/HRdb.h"
+#include "database/Transactie.h"
+#include "frame/FileSystemObject.h"
 #include "frame/Fouten.h"
+#include "frame/Globals.h"
 #include "frame/Paths.h"
 #include "frame/Windows1252.h"
 #include "navigation/FolderChanges.h"
 #include "navigation/NavTree.h"
 #include "navigation/NodePaths.h"
 
-#include <QHash>
 #include <QTreeWidgetItem>
 
-#include <functional>
-#include <utility>
+#include <exception>
 
 namespace {
 
@@ -28,43 +29,16 @@ bool IsAllowed(const QString& naam)
     return IsValidDbName(naam) && FitsWindows1252(naam);
 }
 
+bool Contains(const QStringList& namen, const QString& naam)
+{
+    return namen.contains(naam, Qt::CaseInsensitive);
+}
+
 /// The folder beside `path` with another name.
 QString Sibling(const QString& path, const QString& naam)
 {
     return path.left(LastSeparator(path) + 1) + naam;
 }
-
-/// Takes back renames in the database when what follows them fails. The
-/// database renames row by row, so that a rename that fails is taken back too.
-class DatabaseRenames {
-public:
-    explicit DatabaseRenames(std::function<void(const QString&, const QString&)> rename)
-        : m_rename(std::move(rename))
-    {}
-    ~DatabaseRenames()
-    {
-        for (const auto& [oud, nieuw] : m_done) {
-            try {
-                m_rename(nieuw, oud);
-            } catch (const std::exception&) {
-                // The failure that brought us here is the one to tell.
-            }
-        }
-    }
-    DatabaseRenames(const DatabaseRenames&) = delete;
-    DatabaseRenames& operator=(const DatabaseRenames&) = delete;
-
-    void Rename(const QString& oud, const QString& nieuw)
-    {
-        m_done.append({oud, nieuw});
-        m_rename(oud, nieuw);
-    }
-    void Commit() { m_done.clear(); }
-
-private:
-    std::function<void(const QString&, const QString&)> m_rename;
-    QList<std::pair<QString, QString>> m_done;
-};
 
 } // namespace
 
@@ -106,6 +80,23 @@ QList<QTreeWidgetItem*> TreeChanges::NodesOfBerekening(const QString& naam) cons
     return nodes;
 }
 
+QStringList TreeChanges::NamenInDatabase(const QString& naam, const QList<QTreeWidgetItem*>& nodes)
+{
+    // A name with a "_" shows at the calculations root under its first part, so that
+    // there may be more than one.
+    QStringList namen{naam};
+    QStringList mapnamen;
+    for (const QTreeWidgetItem* node : nodes) {
+        if (Contains(mapnamen, node->text(0)))
+            continue;
+        mapnamen << node->text(0);
+        const Geregistreerd gevonden = BerekeningVanMap(node->text(0));
+        if (gevonden.id != kNietBekend && !Contains(namen, gevonden.berekening))
+            namen << gevonden.berekening;
+    }
+    return namen;
+}
+
 void TreeChanges::RebuildBerekeningen()
 {
     auto* root = m_tree.GetNodeByKey(navkey::RootBerekeningen);
@@ -130,30 +121,15 @@ QString TreeChanges::RenameEverywhere(const QString& oud, const QString& nieuw)
     const auto renamed = [&](const QString& text) { return nieuw + text.mid(oud.size()); };
     const auto nodes = NodesOfBerekening(oud);
     FolderChanges folders(m_database.WerkMap());
-    DatabaseRenames rows(
-        [&](const QString& from, const QString& to) { m_database.RenameBerekening(from, to); });
-
-    // A name with a "_" shows here under its first part, so that there may be more
-    // than one. In the order of the locations; names in the database without
-    // regard to case.
-    QStringList namen{oud};
-    QHash<QString, bool> seen; // folder names looked up already
-    for (QTreeWidgetItem* node : nodes) {
+    Transactie rows = m_database.BeginTransactie();
+    for (const QString& naam : NamenInDatabase(oud, nodes))
+        m_database.RenameBerekening(naam, renamed(naam));
+    for (const QTreeWidgetItem* node : nodes) {
         const QString path = Path(node);
-        const QString text = node->text(0);
-        folders.Rename(path, Sibling(path, renamed(text)));
-        if (std::exchange(seen[text.toLower()], true))
-            continue;
-        const Geregistreerd inDatabase = BerekeningVanMap(text);
-        if (inDatabase.id != kNietBekend &&
-            !namen.contains(inDatabase.berekening, Qt::CaseInsensitive))
-            namen << inDatabase.berekening;
+        folders.Rename(path, Sibling(path, renamed(node->text(0))));
     }
-    for (const QString& naam : std::as_const(namen))
-        rows.Rename(naam, renamed(naam));
-
-    folders.Commit();
     rows.Commit();
+    folders.Commit();
     for (QTreeWidgetItem* node : nodes) {
         const QString text = renamed(node->text(0));
         m_tree.Rename(node, text, text);
@@ -187,12 +163,11 @@ QString TreeChanges::RenameDijkring(QTreeWidgetItem* node, const QString& naam)
         RaiseFout(23);
     const QString path = Path(node);
     FolderChanges folders(m_database.WerkMap());
-    DatabaseRenames rows(
-        [&](const QString& from, const QString& to) { m_database.RenameDijkring(from, to); });
+    Transactie rows = m_database.BeginTransactie();
+    m_database.RenameDijkring(node->text(0), naam);
     folders.Rename(path, Sibling(path, naam));
-    rows.Rename(node->text(0), naam);
-    folders.Commit();
     rows.Commit();
+    folders.Commit();
     m_tree.Rename(node, naam.toLower(), naam);
     return NavTree::Key(node);
 }
@@ -212,13 +187,15 @@ void TreeChanges::DeleteHere(QTreeWidgetItem* node)
     const QString mapnaam = node->text(0);
     QTreeWidgetItem* owner = node->parent()->parent(); // location or ring
     FolderChanges folders(m_database.WerkMap());
-    folders.Remove(Path(node));
+    Transactie rows = m_database.BeginTransactie();
     if (NavTree::Tag(owner) == navtag::Locatie) {
         const int id = BerekeningVanMap(mapnaam).id;
         const int locatie = m_database.GetLocatie_ID(owner->text(0));
         if (id != kNietBekend && locatie != kNietBekend)
             m_database.DeleteBerekeningResultaten(id, locatie);
     }
+    folders.Remove(Path(node));
+    rows.Commit();
     m_tree.removeBerekeningFromLocationNode(owner, mapnaam);
     RebuildBerekeningen();
     folders.Commit();
@@ -228,44 +205,68 @@ void TreeChanges::DeleteEverywhere(const QString& naam)
 {
     const auto nodes = NodesOfBerekening(naam);
     FolderChanges folders(m_database.WerkMap());
-    QStringList mapnamen;
-    for (const QTreeWidgetItem* node : nodes) {
-        folders.Remove(Path(node));
-        if (!mapnamen.contains(node->text(0), Qt::CaseInsensitive))
-            mapnamen << node->text(0);
-    }
-    QStringList namen{naam};
-    for (const QString& mapnaam : std::as_const(mapnamen)) {
-        // A name with a "_" shows here under its first part.
-        const Geregistreerd inDatabase = BerekeningVanMap(mapnaam);
-        if (inDatabase.id != kNietBekend &&
-            !namen.contains(inDatabase.berekening, Qt::CaseInsensitive))
-            namen << inDatabase.berekening;
-    }
-    for (const QString& berekening : std::as_const(namen))
+    Transactie rows = m_database.BeginTransactie();
+    for (const QString& berekening : NamenInDatabase(naam, nodes))
         m_database.DeleteBerekening(berekening);
-    for (const QString& mapnaam : std::as_const(mapnamen))
-        m_tree.removeBerekeningFromTreeview(mapnaam);
+    for (const QTreeWidgetItem* node : nodes)
+        folders.Remove(Path(node));
+    rows.Commit();
+    for (const QTreeWidgetItem* node : nodes)
+        m_tree.removeBerekeningFromLocationNode(node->parent()->parent(), node->text(0));
     m_tree.removeBerekeningFromTreeview(naam);
     folders.Commit();
 }
 
 void TreeChanges::DeleteDijkring(QTreeWidgetItem* node)
 {
-    const QString naam = node->text(0);
     FolderChanges folders(m_database.WerkMap());
+    Transactie rows = m_database.BeginTransactie();
+    m_database.DeleteDijkring(node->text(0));
     folders.Remove(Path(node));
-    m_database.DeleteDijkring(naam);
+    rows.Commit();
     m_tree.Remove(node);
     folders.Commit();
 }
 
+void TreeChanges::DeleteLocaties(const QStringList& namen)
+{
+    FolderChanges folders(m_database.WerkMap());
+    Transactie rows = m_database.BeginTransactie();
+    for (const QString& naam : namen) {
+        if (m_database.GetLocatie_ID(naam) == kNietBekend)
+            continue; // gone behind our back; what stands in its folder is nobody's to delete
+        // Out of the way first: a folder that the database finds it deletes for good.
+        folders.Remove(gFso().BuildPath(m_database.WerkMap(), naam));
+        m_database.DeleteLocatie(naam);
+    }
+    const auto emptyRings = DijkringenWithoutRows();
+    rows.Commit();
+    for (const QString& naam : namen)
+        m_tree.Remove(m_tree.GetNodeByKey(m_tree.JoinKey(navkey::RootLocaties, naam)));
+    for (QTreeWidgetItem* ring : emptyRings)
+        m_tree.Remove(ring);
+    RebuildBerekeningen();
+    folders.Commit();
+}
+
+QList<QTreeWidgetItem*> TreeChanges::DijkringenWithoutRows()
+{
+    QList<QTreeWidgetItem*> rings;
+    const QTreeWidgetItem* root = m_tree.GetNodeByKey(navkey::RootDijkringen);
+    for (int i = 0; root && i < root->childCount(); ++i)
+        if (!m_database.DijkringExists(root->child(i)->text(0)))
+            rings << root->child(i);
+    return rings;
+}
+
 QTreeWidgetItem* TreeChanges::PasteDijkring(const QString& naam)
 {
+    Transactie rows = m_database.BeginTransactie();
     QString nieuw = naam;
     for (int number = 1; m_database.DijkringExists(nieuw); ++number)
         nieuw = naam + '_' + QString::number(number);
     m_database.CopyDijkring(naam, nieuw);
+    rows.Commit();
     return m_tree.AddDijkring2Root(nieuw);
 }
 
@@ -275,14 +276,18 @@ void TreeChanges::UnlinkProfiel(QTreeWidgetItem* node)
 {
     QTreeWidgetItem* locatie = node->parent()->parent();
     const QString naam = node->text(0);
+    Transactie rows = m_database.BeginTransactie();
     m_database.DeleteProfielFromLocation(m_database.GetLocatie_ID(locatie->text(0)),
                                          m_database.GetProfiel_ID(naam));
+    rows.Commit();
     m_tree.removeProfielFromLocationNode(locatie, naam);
 }
 
 void TreeChanges::DeleteProfiel(const QString& naam)
 {
+    Transactie rows = m_database.BeginTransactie();
     m_database.DeleteProfiel(naam);
+    rows.Commit();
     m_tree.removeProfielFromTreeview(naam);
 }
 
@@ -291,11 +296,25 @@ void TreeChanges::AssignProfiel(const QString& naam, const QStringList& locaties
     const int profiel = m_database.GetProfiel_ID(naam);
     if (profiel == kNietBekend)
         return;
-    for (const QString& locatie : locaties) {
-        const auto rows = m_database.GetLocatieProperties(locatie);
-        if (!HRdb::heeftRecords(rows))
-            continue;
-        m_database.AddProfiel2Location(rows->Get("Locatie_ID").AsInt(), profiel);
+    QStringList linked;
+    std::exception_ptr refusal;
+    Transactie rows = m_database.BeginTransactie();
+    m_database.UpdateKwaliteitskenmerkOnce([&] {
+        try {
+            for (const QString& locatie : locaties) {
+                const int id = m_database.GetLocatie_ID(locatie);
+                if (id == kNietBekend)
+                    continue;
+                m_database.AddProfiel2Location(id, profiel);
+                linked << locatie;
+            }
+        } catch (const std::exception&) {
+            refusal = std::current_exception(); // told once those before it are stored
+        }
+    });
+    rows.Commit();
+    for (const QString& locatie : std::as_const(linked))
         m_tree.AddProfiel2Locatie(m_tree.JoinKey(navkey::RootLocaties, locatie), naam);
-    }
+    if (refusal)
+        std::rethrow_exception(refusal);
 }

@@ -68,4 +68,19 @@ TEST_F(FolderChangesTest, AFolderThatCannotBeRemovedIsError13WithItsPath)
     EXPECT_TRUE(QFileInfo::exists(map + "/uitvoer.log"));
 }
 
+TEST_F(FolderChangesTest, OfALinkedFolderOnlyTheLinkGoes)
+{
+    const QString elsewhere = Pad("archief");
+    MaakMap(elsewhere);
+    Schrijf(elsewhere + "/uitvoer.log", "bewaard");
+    const QString link = InWerkmap("Plas-01/berekeningen/link");
+    ASSERT_TRUE(QFile::link(elsewhere, link));
+    FolderChanges changes(db.WerkMap());
+    changes.Remove(link);
+    changes.Commit();
+    EXPECT_FALSE(QFileInfo(link).isSymbolicLink());
+    EXPECT_TRUE(Resten().isEmpty());
+    EXPECT_TRUE(QFileInfo::exists(elsewhere + "/uitvoer.log"));
+}
+
 } // namespace

@@ -1,89 +1,8 @@
-#include "navigation/TreeChanges.h"
-
-#include "Unprivileged.h"
-#include "WerkmapFixture.h"
-#include "navigation/NavTree.h"
-
-#include <QDirIterator>
-#include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
-
-#include <optional>
+#include "TreeChangesFixture.h"
 
 namespace {
 
 using testing::ElementsAre;
-
-/// Calculations of two locations: "som" with a profile at both, "som" without a
-/// profile at one, and "rest" at one.
-class TreeChangesTest : public WerkmapTest {
-protected:
-    TreeChangesTest()
-    {
-        MaakBerekening("som", "Plas-01", "Gras 1op3");
-        MaakBerekening("som", "Plas-02", "Gras 1op3");
-        MaakBerekening("som", "Plas-02", "");
-        MaakBerekening("rest", "Plas-01", "Gras 1op3");
-        MaakMapVanRing("Ring Oost", "Overloop");
-        tree.setTreeViewObject(&view);
-        Bouw();
-    }
-    void Bouw()
-    {
-        for (const char* root :
-             {"ROOTLOCATIES", "ROOTDIJKRINGEN", "ROOTPROFIELEN", "ROOTBEREKENINGEN"})
-            tree.RemoveRoot(root);
-        auto* locaties = tree.AddRoot("ROOTLOCATIES", "Locaties", false);
-        tree.addLocatiesFromDb2Root(locaties, Locaties());
-        tree.addProfielenFromDb2Locaties(locaties);
-        tree.addBerekeningenFromWerkmap2Locaties(locaties, db.WerkMap());
-        auto* ringen = tree.AddRoot("ROOTDIJKRINGEN", "Dijkringen", false);
-        tree.addDijkringenFromDb2Root(ringen, db.GetDijkringNamen());
-        tree.addBerekeningenFromWerkmap2Dijkringen(ringen, db.WerkMap());
-        tree.addProfielenFromDb2Root(tree.AddRoot("ROOTPROFIELEN", "Profielen", false),
-                                     db.GetProfielNamen());
-        tree.addBerekeningen2Root(tree.AddRoot("ROOTBEREKENINGEN", "Berekeningen", true), locaties);
-    }
-    QTreeWidgetItem* Node(const QString& key)
-    {
-        auto* node = tree.GetNodeByKey(key);
-        EXPECT_NE(node, nullptr) << key.toStdString();
-        return node;
-    }
-    bool Heeft(const QString& key) const { return tree.GetNodeByKey(key) != nullptr; }
-    std::vector<std::string> Namen()
-    {
-        std::vector<std::string> namen;
-        for (const auto& rij : Lees("SELECT Naam FROM Berekening ORDER BY Naam"))
-            namen.push_back(rij[0]);
-        return namen;
-    }
-    /// Everything that a change could touch, as text.
-    QStringList Toestand()
-    {
-        QStringList lines;
-        QTreeWidgetItemIterator node(&view);
-        for (; *node; ++node)
-            lines << NavTree::Key(*node) + "|" + (*node)->text(0);
-        QDirIterator folders(db.WerkMap(),
-                             QDir::Dirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot,
-                             QDirIterator::Subdirectories);
-        QStringList paths;
-        while (folders.hasNext())
-            paths << folders.next();
-        paths.sort();
-        lines += paths;
-        for (const char* tabel : {"Berekening", "Resultaat", "Dijkring", "Locatie_Profiel"})
-            for (const auto& rij : Lees(std::string("SELECT * FROM ") + tabel))
-                for (const auto& veld : rij)
-                    lines << QString::fromStdString(veld);
-        return lines;
-    }
-
-    QTreeWidget view;
-    NavTree tree{db};
-    TreeChanges changes{tree, db};
-};
 
 // A folder tells its calculation
 
@@ -331,68 +250,6 @@ TEST_F(TreeChangesTest, ARingGoesWithItsCalculations)
     EXPECT_FALSE(db.DijkringExists("Ring Oost"));
     EXPECT_FALSE(Heeft("ROOTDIJKRINGEN\\Ring Oost"));
     EXPECT_TRUE(db.DijkringExists("Ring Vaart"));
-}
-
-TEST_F(TreeChangesTest, AFolderThatCannotGoKeepsDatabaseAndTreeAsTheyWere)
-{
-    if (!Unprivileged::Works())
-        GTEST_SKIP() << "needs an administrator who can give up his rights";
-    const QStringList before = Toestand();
-    std::optional<Unprivileged> nobody;
-    nobody.emplace();
-    EXPECT_EQ(FoutVan([&] {
-                  changes.DeleteBerekening(
-                      Node("ROOTLOCATIES\\Plas-01\\berekeningen\\som_Gras 1op3"));
-              }),
-              13);
-    EXPECT_EQ(FoutVan([&] { changes.DeleteBerekening(Node("ROOTBEREKENINGEN\\som")); }), 13);
-    EXPECT_EQ(FoutVan([&] { changes.DeleteDijkring(Node("ROOTDIJKRINGEN\\Ring Oost")); }), 13);
-    EXPECT_THROW(changes.RenameBerekening(Node("ROOTBEREKENINGEN\\som"), "x"), Fout);
-    EXPECT_THROW(changes.RenameDijkring(Node("ROOTDIJKRINGEN\\Ring Oost"), "x"), Fout);
-    nobody.reset();
-    EXPECT_EQ(Toestand(), before);
-}
-
-/// The database file is replaced by something else while it was closed.
-class TreeChangesWithoutDatabaseTest : public TreeChangesTest {
-protected:
-    template <typename Change>
-    void ExpectUntouched(Change&& change)
-    {
-        const QStringList before = Toestand();
-        db.CloseDB();
-        const QString file = db.fileName();
-        ASSERT_TRUE(QFile::rename(file, file + ".bewaard"));
-        Schrijf(file, "dit is geen database");
-        EXPECT_THROW(change(), std::exception);
-        QFile::remove(file);
-        ASSERT_TRUE(QFile::rename(file + ".bewaard", file));
-        EXPECT_EQ(Toestand(), before);
-    }
-};
-
-TEST_F(TreeChangesWithoutDatabaseTest, DeletesLeaveFolderAndTree)
-{
-    ExpectUntouched([&] {
-        changes.DeleteBerekening(Node("ROOTLOCATIES\\Plas-01\\berekeningen\\som_Gras 1op3"));
-    });
-    ExpectUntouched([&] { changes.DeleteBerekening(Node("ROOTBEREKENINGEN\\som")); });
-    ExpectUntouched([&] { changes.DeleteDijkring(Node("ROOTDIJKRINGEN\\Ring Oost")); });
-}
-
-TEST_F(TreeChangesWithoutDatabaseTest, RenamesLeaveFolderAndTree)
-{
-    ExpectUntouched([&] { changes.RenameBerekening(Node("ROOTBEREKENINGEN\\som"), "x"); });
-    ExpectUntouched([&] { changes.RenameDijkring(Node("ROOTDIJKRINGEN\\Ring Oost"), "x"); });
-}
-
-TEST_F(TreeChangesWithoutDatabaseTest, CopiesAndLinksLeaveTheTree)
-{
-    ExpectUntouched([&] { changes.PasteDijkring("Ring Oost"); });
-    ExpectUntouched(
-        [&] { changes.UnlinkProfiel(Node("ROOTLOCATIES\\Plas-02\\profielen\\Voorland 1op4")); });
-    ExpectUntouched([&] { changes.DeleteProfiel("Strekdam"); });
-    ExpectUntouched([&] { changes.AssignProfiel("Strekdam", {"Plas-01"}); });
 }
 
 // Copies of rings
