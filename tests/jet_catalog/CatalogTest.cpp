@@ -4,44 +4,44 @@
 
 namespace {
 
-using jet::ColumnSpec;
 using jet::ColumnType;
 using jet::ErrorKind;
+using jet::FieldDef;
 using jet::Row;
-using jet::TableSpec;
+using jet::TableDef;
 using jet::Value;
 
-TableSpec Everything()
+TableDef Everything()
 {
     using enum ColumnType;
     return {.name = "Alles",
-            .columns = {{.name = "Id", .type = Long, .autoNumber = true},
-                        {.name = "Vlag", .type = Boolean},
-                        {.name = "Klein", .type = Byte},
-                        {.name = "Kort", .type = Integer},
-                        {.name = "Geld", .type = Currency},
-                        {.name = "Enkel", .type = Single},
-                        {.name = "Dubbel", .type = Double, .defaultValue = "-999"},
-                        {.name = "Dag", .type = DateTime},
-                        {.name = "Naam",
-                         .type = Text,
-                         .size = 50,
-                         .required = true,
-                         .allowZeroLength = false,
-                         .description = "hoe het heet"},
-                        {.name = "Rauw", .type = Binary, .size = 20},
-                        {.name = "Verhaal", .type = Memo},
-                        {.name = "Plaat", .type = Ole},
-                        {.name = "Kenmerk", .type = Guid},
-                        {.name = "Deel", .type = Decimal, .precision = 20, .scale = 5}},
-            .indexes = {{.name = "PrimaryKey", .columns = {{"Id"}}, .primary = true},
-                        {.name = "Naam", .columns = {{"Naam"}, {"Dag", false}}, .unique = true},
-                        {.name = "Kort", .columns = {{"Kort"}}, .ignoreNulls = true}}};
+            .fields = {{.name = "Id", .type = Long, .autoNumber = true},
+                       {.name = "Vlag", .type = Boolean},
+                       {.name = "Klein", .type = Byte},
+                       {.name = "Kort", .type = Integer},
+                       {.name = "Geld", .type = Currency},
+                       {.name = "Enkel", .type = Single},
+                       {.name = "Dubbel", .type = Double, .defaultValue = "-999"},
+                       {.name = "Dag", .type = DateTime},
+                       {.name = "Naam",
+                        .type = Text,
+                        .size = 50,
+                        .required = true,
+                        .allowZeroLength = false,
+                        .description = "hoe het heet"},
+                       {.name = "Rauw", .type = Binary, .size = 20},
+                       {.name = "Verhaal", .type = Memo},
+                       {.name = "Plaat", .type = Ole},
+                       {.name = "Kenmerk", .type = Guid},
+                       {.name = "Deel", .type = Decimal, .precision = 20, .scale = 5}},
+            .indexes = {{.name = "PrimaryKey", .fields = {{"Id"}}, .primary = true},
+                        {.name = "Naam", .fields = {{"Naam"}, {"Dag", true}}, .unique = true},
+                        {.name = "Kort", .fields = {{"Kort"}}, .ignoreNulls = true}}};
 }
 
-TableSpec Simple(const char* name)
+TableDef Simple(const char* name)
 {
-    return {.name = name, .columns = {{.name = "A", .type = ColumnType::Long}}};
+    return {.name = name, .fields = {{.name = "A", .type = ColumnType::Long}}};
 }
 
 TEST(Catalog, ListsTablesInTheOrderOfTheirNames)
@@ -59,18 +59,18 @@ TEST(Catalog, ListsTablesInTheOrderOfTheirNames)
 TEST(Catalog, CreatesATableWithEveryType)
 {
     ScratchCatalog catalog;
-    const TableSpec spec = Everything();
+    const TableDef spec = Everything();
     catalog->Create(spec);
     catalog.Reopen();
 
     const auto table = catalog->Open("alles");
     const jet::TableDefinition& definition = table->Definition();
     EXPECT_EQ(table->Name(), "Alles");
-    ASSERT_EQ(definition.columns.size(), spec.columns.size());
-    for (std::size_t i = 0; i < spec.columns.size(); ++i) {
-        EXPECT_EQ(definition.columns[i].name, spec.columns[i].name);
-        EXPECT_EQ(definition.columns[i].type, spec.columns[i].type);
-        EXPECT_EQ(definition.columns[i].autoNumber, spec.columns[i].autoNumber);
+    ASSERT_EQ(definition.columns.size(), spec.fields.size());
+    for (std::size_t i = 0; i < spec.fields.size(); ++i) {
+        EXPECT_EQ(definition.columns[i].name, spec.fields[i].name);
+        EXPECT_EQ(definition.columns[i].type, spec.fields[i].type);
+        EXPECT_EQ(definition.columns[i].autoNumber, spec.fields[i].autoNumber);
     }
     const auto column = [&](const char* name) {
         return definition.columns[static_cast<std::size_t>(definition.FindColumn(name))];
@@ -100,11 +100,11 @@ TEST(Catalog, FillsDefaultsInNewRows)
     ScratchCatalog catalog;
     catalog->Create(
         {.name = "T",
-         .columns = {{.name = "A", .type = ColumnType::Double, .defaultValue = "-999"},
-                     {.name = "B", .type = ColumnType::Text, .defaultValue = "\"leeg\""},
-                     {.name = "C", .type = ColumnType::Boolean, .defaultValue = "True"},
-                     {.name = "D", .type = ColumnType::DateTime, .defaultValue = "Date()"},
-                     {.name = "E", .type = ColumnType::Long}}});
+         .fields = {{.name = "A", .type = ColumnType::Double, .defaultValue = "-999"},
+                    {.name = "B", .type = ColumnType::Text, .defaultValue = "\"leeg\""},
+                    {.name = "C", .type = ColumnType::Boolean, .defaultValue = "True"},
+                    {.name = "D", .type = ColumnType::DateTime, .defaultValue = "Date()"},
+                    {.name = "E", .type = ColumnType::Long}}});
     const auto table = catalog->Open("T");
     const Row row = catalog->NewRow(*table);
     EXPECT_EQ(row[0], Value(-999.0));
@@ -118,8 +118,8 @@ TEST(Catalog, RefusesANewRowWhoseDefaultItCannotEvaluate)
 {
     ScratchCatalog catalog;
     catalog->Create({.name = "T",
-                     .columns = {{.name = "A", .type = ColumnType::Long, .defaultValue = "1+[B]"},
-                                 {.name = "B", .type = ColumnType::Long}}});
+                     .fields = {{.name = "A", .type = ColumnType::Long, .defaultValue = "1+[B]"},
+                                {.name = "B", .type = ColumnType::Long}}});
     const auto table = catalog->Open("T");
     EXPECT_EQ(KindOf([&] { catalog->NewRow(*table); }), ErrorKind::BadValue);
     EXPECT_TRUE(catalog->NewRow(*table, {true, false})[0].IsNull());
@@ -179,7 +179,7 @@ TEST(Catalog, RefusesBadNames)
               ErrorKind::BadName);
     catalog->Create(Simple(std::string(64, 'x').c_str()));
     catalog->Create(Simple("met spatie & teken-'s"));
-    EXPECT_EQ(KindOf([&] { catalog->Create({.name = "T", .columns = {{.name = "a.b"}}}); }),
+    EXPECT_EQ(KindOf([&] { catalog->Create({.name = "T", .fields = {{.name = "a.b"}}}); }),
               ErrorKind::BadName);
     catalog.ExpectSpotless();
 }
@@ -187,34 +187,33 @@ TEST(Catalog, RefusesBadNames)
 TEST(Catalog, RefusesTablesThatCannotBe)
 {
     ScratchCatalog catalog;
-    const auto kind = [&](const TableSpec& spec) { return KindOf([&] { catalog->Create(spec); }); };
+    const auto kind = [&](const TableDef& spec) { return KindOf([&] { catalog->Create(spec); }); };
     EXPECT_EQ(kind({.name = "T"}), ErrorKind::BadSchema) << "no columns";
-    EXPECT_EQ(kind({.name = "T", .columns = {{.name = "a"}, {.name = "A"}}}), ErrorKind::NameInUse);
+    EXPECT_EQ(kind({.name = "T", .fields = {{.name = "a"}, {.name = "A"}}}), ErrorKind::NameInUse);
     EXPECT_EQ(
         kind({.name = "T",
-              .columns = {{.name = "a", .autoNumber = true}, {.name = "b", .autoNumber = true}}}),
+              .fields = {{.name = "a", .autoNumber = true}, {.name = "b", .autoNumber = true}}}),
         ErrorKind::BadSchema);
     EXPECT_EQ(kind({.name = "T",
-                    .columns = {{.name = "a", .type = ColumnType::Text, .autoNumber = true}}}),
+                    .fields = {{.name = "a", .type = ColumnType::Text, .autoNumber = true}}}),
               ErrorKind::BadSchema);
-    EXPECT_EQ(
-        kind({.name = "T", .columns = {{.name = "a", .type = ColumnType::Text, .size = 256}}}),
-        ErrorKind::BadSchema);
+    EXPECT_EQ(kind({.name = "T", .fields = {{.name = "a", .type = ColumnType::Text, .size = 256}}}),
+              ErrorKind::BadSchema);
     EXPECT_EQ(kind({.name = "T",
-                    .columns = {{.name = "a", .type = ColumnType::Decimal, .precision = 29}}}),
+                    .fields = {{.name = "a", .type = ColumnType::Decimal, .precision = 29}}}),
               ErrorKind::BadSchema);
-    std::vector<ColumnSpec> many;
+    std::vector<FieldDef> many;
     for (int i = 0; i < 256; ++i)
         many.push_back({.name = "v" + std::to_string(i), .type = ColumnType::Boolean});
-    EXPECT_EQ(kind({.name = "T", .columns = many}), ErrorKind::BadSchema);
+    EXPECT_EQ(kind({.name = "T", .fields = many}), ErrorKind::BadSchema);
     many.pop_back();
-    catalog->Create({.name = "Breed", .columns = many});
+    catalog->Create({.name = "Breed", .fields = many});
     EXPECT_EQ(catalog->Open("Breed")->Definition().columns.size(), 255u);
 
-    std::vector<ColumnSpec> wide(250, {.name = "", .type = ColumnType::Decimal});
+    std::vector<FieldDef> wide(250, {.name = "", .type = ColumnType::Decimal});
     for (std::size_t i = 0; i < wide.size(); ++i)
         wide[i].name = "d" + std::to_string(i);
-    EXPECT_EQ(kind({.name = "T", .columns = wide}), ErrorKind::BadSchema) << "4250 bytes a row";
+    EXPECT_EQ(kind({.name = "T", .fields = wide}), ErrorKind::BadSchema) << "4250 bytes a row";
 
     EXPECT_FALSE(catalog->HasTable("T"));
     catalog.ExpectSpotless();
@@ -223,25 +222,25 @@ TEST(Catalog, RefusesTablesThatCannotBe)
 TEST(Catalog, RefusesIndexesThatCannotBe)
 {
     ScratchCatalog catalog;
-    const auto kind = [&](const jet::IndexSpec& index) {
+    const auto kind = [&](const jet::IndexDef& index) {
         return KindOf([&] {
-            TableSpec spec{.name = "T",
-                           .columns = {{.name = "a"}, {.name = "o", .type = ColumnType::Ole}},
-                           .indexes = {index}};
+            TableDef spec{.name = "T",
+                          .fields = {{.name = "a"}, {.name = "o", .type = ColumnType::Ole}},
+                          .indexes = {index}};
             for (int i = 0; i < 11; ++i)
-                spec.columns.push_back({.name = "v" + std::to_string(i)});
+                spec.fields.push_back({.name = "v" + std::to_string(i)});
             catalog->Create(spec);
         });
     };
-    EXPECT_EQ(kind({.name = "i", .columns = {{"b"}}}), ErrorKind::UnknownField);
-    EXPECT_EQ(kind({.name = "i", .columns = {}}), ErrorKind::BadSchema);
-    EXPECT_EQ(kind({.name = "i", .columns = {{"o"}}}), ErrorKind::BadSchema);
-    EXPECT_EQ(kind({.name = "i", .columns = {{"a"}, {"A"}}}), ErrorKind::BadSchema);
-    jet::IndexSpec eleven{.name = "i", .columns = {}};
+    EXPECT_EQ(kind({.name = "i", .fields = {{"b"}}}), ErrorKind::UnknownField);
+    EXPECT_EQ(kind({.name = "i", .fields = {}}), ErrorKind::BadSchema);
+    EXPECT_EQ(kind({.name = "i", .fields = {{"o"}}}), ErrorKind::BadSchema);
+    EXPECT_EQ(kind({.name = "i", .fields = {{"a"}, {"A"}}}), ErrorKind::BadSchema);
+    jet::IndexDef eleven{.name = "i", .fields = {}};
     for (int i = 0; i < 11; ++i)
-        eleven.columns.push_back({"v" + std::to_string(i)});
+        eleven.fields.push_back({"v" + std::to_string(i)});
     EXPECT_EQ(kind(eleven), ErrorKind::BadSchema);
-    EXPECT_EQ(kind({.name = "i.j", .columns = {{"a"}}}), ErrorKind::BadName);
+    EXPECT_EQ(kind({.name = "i.j", .fields = {{"a"}}}), ErrorKind::BadName);
     catalog.ExpectSpotless();
 }
 
@@ -386,7 +385,7 @@ TEST(Catalog, LeavesAnOpenTransactionUsableWhenAChangeFails)
     catalog.Pager().Begin();
     catalog->Create(Simple("Erbij"));
     EXPECT_EQ(KindOf([&] {
-                  catalog->CreateIndex("T", {.name = "i", .columns = {{"A"}}, .unique = true});
+                  catalog->CreateIndex("T", {.name = "i", .fields = {{"A"}}, .unique = true});
               }),
               ErrorKind::Duplicate);
     catalog.Insert("Erbij", {Value(2)});

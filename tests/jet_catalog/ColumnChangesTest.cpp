@@ -12,12 +12,12 @@ protected:
     ColumnChanges()
     {
         catalog->Create({.name = "T",
-                         .columns = {{.name = "Id", .type = ColumnType::Long, .autoNumber = true},
-                                     {.name = "Naam", .type = ColumnType::Text},
-                                     {.name = "Maat", .type = ColumnType::Double},
-                                     {.name = "Tekst", .type = ColumnType::Memo}},
-                         .indexes = {{.name = "PrimaryKey", .columns = {{"Id"}}, .primary = true},
-                                     {.name = "OpNaam", .columns = {{"Naam"}}}}});
+                         .fields = {{.name = "Id", .type = ColumnType::Long, .autoNumber = true},
+                                    {.name = "Naam", .type = ColumnType::Text},
+                                    {.name = "Maat", .type = ColumnType::Double},
+                                    {.name = "Tekst", .type = ColumnType::Memo}},
+                         .indexes = {{.name = "PrimaryKey", .fields = {{"Id"}}, .primary = true},
+                                     {.name = "OpNaam", .fields = {{"Naam"}}}}});
         for (int i = 1; i <= 40; ++i)
             catalog.Insert("T", {Value(), "naam " + std::to_string(i), i / 4.0,
                                  std::string(static_cast<std::size_t>(i) * 100, 'm')});
@@ -90,7 +90,7 @@ TEST_F(ColumnChanges, RequiredColumnsAreFilledWithZeroOrTheirDefault)
 
 TEST_F(ColumnChanges, ANewAutonumberCountsTheRows)
 {
-    catalog->Create({.name = "Kaal", .columns = {{.name = "A"}}});
+    catalog->Create({.name = "Kaal", .fields = {{.name = "A"}}});
     for (int i = 0; i < 5; ++i)
         catalog.Insert("Kaal", {Value(i)});
     catalog->AddColumns("Kaal", {{.name = "Nr", .type = ColumnType::Long, .autoNumber = true}});
@@ -184,13 +184,13 @@ TEST_F(ColumnChanges, ColumnsOfAnIndexStay)
 
 TEST_F(ColumnChanges, TheLastColumnStays)
 {
-    catalog->Create({.name = "Een", .columns = {{.name = "A"}}});
+    catalog->Create({.name = "Een", .fields = {{.name = "A"}}});
     EXPECT_EQ(KindOf([&] { catalog->DropColumn("Een", "A"); }), ErrorKind::BadSchema);
 }
 
 TEST_F(ColumnChanges, ColumnNumbersRunOutAt255)
 {
-    catalog->Create({.name = "Vol", .columns = {{.name = "A"}, {.name = "B"}}});
+    catalog->Create({.name = "Vol", .fields = {{.name = "A"}, {.name = "B"}}});
     for (int i = 0; i < 253; ++i) {
         catalog->AddColumns("Vol", {{.name = "Tijdelijk", .type = ColumnType::Boolean}});
         catalog->DropColumn("Vol", "Tijdelijk");
@@ -202,7 +202,7 @@ TEST_F(ColumnChanges, ColumnNumbersRunOutAt255)
 
 TEST_F(ColumnChanges, IndexesAreStillRightAfterADropBeforeTheirColumn)
 {
-    catalog->CreateIndex("T", {.name = "OpMaat", .columns = {{"Maat", false}}});
+    catalog->CreateIndex("T", {.name = "OpMaat", .fields = {{"Maat", true}}});
     catalog->DropIndex("T", "OpNaam");
     catalog->DropColumn("T", "Naam");
     const auto table = catalog->Open("T");
@@ -213,6 +213,55 @@ TEST_F(ColumnChanges, IndexesAreStillRightAfterADropBeforeTheirColumn)
     EXPECT_EQ(definition.columns[static_cast<std::size_t>(physical.columns[0].column)].name,
               "Maat");
     catalog.Insert("T", {Value(), 99.0, Value()});
+    catalog.ExpectSpotless();
+}
+
+TEST_F(ColumnChanges, AColumnOfAnotherTypeKeepsItsNameItsPlaceAndItsValues)
+{
+    catalog->ChangeColumn("T", {.name = "maat", .type = ColumnType::Text, .size = 10});
+    const auto table = catalog->Open("T");
+    ASSERT_EQ(table->Definition().columns.size(), 4u);
+    EXPECT_EQ(table->Definition().columns[2].name, "Maat");
+    EXPECT_EQ(table->Definition().columns[2].type, ColumnType::Text);
+    EXPECT_EQ(At(0, "Maat"), Value("0.25"));
+    EXPECT_EQ(At(39, "Maat"), Value("10"));
+    EXPECT_EQ(At(39, "Tekst").AsText().size(), 4000u);
+    EXPECT_EQ(catalog->Open("T")->Definition().physicalIndexes[1].columns[0].column, 1);
+    catalog.ExpectSpotless();
+}
+
+TEST_F(ColumnChanges, AColumnBeforeAnIndexedOneCanChange)
+{
+    catalog->CreateIndex("T", {.name = "OpMaat", .fields = {{"Maat"}}});
+    catalog->DropIndex("T", "OpNaam");
+    catalog->ChangeColumn("T", {.name = "Naam", .type = ColumnType::Memo});
+    const auto table = catalog->Open("T");
+    EXPECT_EQ(table->Definition().columns[1].type, ColumnType::Memo);
+    EXPECT_EQ(table->Definition().physicalIndexes[1].columns[0].column, 2) << "still Maat";
+    EXPECT_EQ(At(4, "Naam"), Value("naam 5"));
+    catalog.ExpectSpotless();
+}
+
+TEST_F(ColumnChanges, AColumnDoesNotChangeWhenAValueDoesNotFit)
+{
+    EXPECT_EQ(
+        KindOf([&] { catalog->ChangeColumn("T", {.name = "Naam", .type = ColumnType::Memo}); }),
+        ErrorKind::InUse);
+    catalog->DropIndex("T", "OpNaam");
+    EXPECT_EQ(KindOf([&] {
+                  catalog->ChangeColumn("T", {.name = "Naam", .type = ColumnType::Text, .size = 6});
+              }),
+              ErrorKind::TooLong)
+        << "'naam 10' has seven characters";
+    catalog.Insert("T", {Value(), "leeg", Value(), Value()});
+    EXPECT_EQ(KindOf([&] {
+                  catalog->ChangeColumn(
+                      "T", {.name = "Maat", .type = ColumnType::Single, .required = true});
+              }),
+              ErrorKind::NullNotAllowed);
+    EXPECT_EQ(catalog->Open("T")->Definition().columns[1].name, "Naam");
+    EXPECT_EQ(catalog->Open("T")->Definition().columns[1].Size(), 255);
+    EXPECT_EQ(At(39, "Maat"), Value(10.0));
     catalog.ExpectSpotless();
 }
 

@@ -189,5 +189,23 @@ TEST(SystemChangesTest, TenColumnsComeAtOnceOnATableWithRows)
                  ErrorKind::NullNotAllowed);
 }
 
+TEST(SystemChangesTest, AColumnGetsAnotherTypeAndKeepsItsValues)
+{
+    testing::ScratchDatabase data;
+    data.Run({"CREATE TABLE T (a LONG, b TEXT(20) DEFAULT \"x\", c LONG)",
+              "INSERT INTO T VALUES (1,\"12\",3)", "INSERT INTO T VALUES (2,\"34\",4)",
+              "ALTER TABLE T ALTER COLUMN b SHORT NOT NULL"});
+    EXPECT_EQ(data.Rows("SELECT * FROM T WHERE b > 12"), (Texts{"2|34|4"}));
+    const auto table = data.db->GetTableDef("T");
+    EXPECT_EQ(table.fields[1].type, ColumnType::Integer);
+    EXPECT_TRUE(table.fields[1].required);
+    EXPECT_EQ(table.fields[1].defaultValue, "") << "the statement names none";
+    data.Refusal("ALTER TABLE T ALTER COLUMN b BYTE PRIMARY KEY", ErrorKind::NotSupported);
+    data.Run({"UPDATE T SET c=300 WHERE a=1"});
+    data.Refusal("ALTER TABLE T ALTER COLUMN c BYTE", ErrorKind::Overflow);
+    EXPECT_EQ(data.db->GetTableDef("T").fields[2].type, ColumnType::Long);
+    EXPECT_EQ(data.Rows("SELECT * FROM T"), (Texts{"1|12|300", "2|34|4"}));
+}
+
 } // namespace
 } // namespace jet

@@ -52,11 +52,7 @@ RowId PutRow(Pager& pager, const Bytes& row)
 {
     PageAllocator pages(pager);
     const RowId where = pages.AllocateMap();
-    jet::PageEdit edit = pager.Write(where.page);
-    jet::MapPage::Resize(pager, edit, where.slot, row.size());
-    const auto place = jet::MapPage(pager, where.page, edit.Data()).At(where.slot);
-    std::copy(row.begin(), row.end(),
-              edit.Data().begin() + static_cast<std::ptrdiff_t>(place.start));
+    jet::MapPage::SetRow(pager, where.page, where.slot, row);
     return where;
 }
 
@@ -218,10 +214,7 @@ TEST(UsageMap, DamageIsToldNotFollowed)
     jet::PutU32(wild, 1, 0xFFFFFF); // behind the end
     expectDamaged(PutRow(*open.pager, wild));
     const RowId erased = PageAllocator(*open.pager).AllocateMap();
-    {
-        jet::PageEdit edit = open.pager->Write(erased.page);
-        jet::MapPage::Erase(*open.pager, edit, erased.slot);
-    }
+    jet::DataPageEdit(*open.pager, erased.page).Erase(erased.slot);
     expectDamaged(erased);
 }
 
@@ -251,8 +244,8 @@ TEST(MapPage, RowsGrowAndShrinkWithoutTouchingTheOthers)
 {
     OpenFile open;
     std::mt19937 random(17);
-    jet::PageEdit edit = open.pager->Append();
-    jet::MapPage::Format(edit.Data(), jet::FileVersion::Jet4);
+    const jet::PageEdit edit = open.pager->Append();
+    jet::DataPageEdit::Format(edit, jet::MapPage::kOwner);
     std::vector<Bytes> rows; // what each row should hold; empty = erased
     const auto rowBytes = [&](std::size_t i) {
         const auto row =
@@ -264,15 +257,15 @@ TEST(MapPage, RowsGrowAndShrinkWithoutTouchingTheOthers)
         const jet::MapPage page(*open.pager, edit.Number(), edit.Data());
         const std::size_t length = random() % 300;
         const std::size_t old = i < rows.size() ? rows[i].size() : 0;
-        if (page.FreeBytes() + old < length + 2)
+        if (page.Free() + old < length + 2)
             continue;
         if (i == rows.size())
             rows.emplace_back();
         if (random() % 5 == 0 && i < rows.size() && i + 1 != rows.size()) {
-            jet::MapPage::Erase(*open.pager, edit, static_cast<int>(i));
+            jet::DataPageEdit(*open.pager, edit.Number()).Erase(static_cast<int>(i));
             rows[i].clear();
         } else {
-            jet::MapPage::Resize(*open.pager, edit, static_cast<int>(i), length);
+            jet::MapPage::Resize(*open.pager, edit.Number(), static_cast<int>(i), length);
             const std::size_t kept = std::min(length, rows[i].size());
             rows[i].resize(length);
             ASSERT_TRUE(std::equal(rows[i].begin(), rows[i].end(), rowBytes(i).begin()))

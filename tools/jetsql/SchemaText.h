@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/dao/TableDef.h"
+#include "jet/dao/Database.h"
 
 #include <string>
 

@@ -1,43 +1,12 @@
 #pragma once
 
+#include "jet/catalog/TableDef.h"
 #include "jet/table/Table.h"
 
 #include <map>
 #include <memory>
 
 namespace jet {
-
-/// A table as it should be made.
-struct ColumnSpec {
-    std::string name;
-    ColumnType type = ColumnType::Long;
-    int size = 0; ///< Text: characters (0 = 255); Binary: bytes (0 = 255)
-    bool autoNumber = false;
-    bool required = false;
-    bool allowZeroLength = true;
-    std::string defaultValue{}; ///< expression as stored: -999, "abc", Date()
-    std::string description{};
-    int precision = 18, scale = 0; ///< Decimal
-};
-
-struct IndexSpec {
-    std::string name;
-    struct Part {
-        std::string column;
-        bool ascending = true;
-    };
-    std::vector<Part> columns{};
-    bool primary = false;
-    bool unique = false;
-    bool required = false;
-    bool ignoreNulls = false;
-};
-
-struct TableSpec {
-    std::string name;
-    std::vector<ColumnSpec> columns{};
-    std::vector<IndexSpec> indexes{};
-};
 
 struct TableEntry {
     std::string name;
@@ -71,17 +40,21 @@ public:
     // Changes of the schema: all of it happens or nothing, inside a transaction too.
 
     /// Throws NameInUse, BadName, BadSchema.
-    void Create(const TableSpec& spec);
+    void Create(const TableDef& spec);
     /// Throws UnknownTable, InUse (a relationship names it, or it is a system table).
     void Drop(std::string_view table);
     void Rename(std::string_view table, std::string_view newName);
     /// Existing rows read null in the new column (boolean: false), except that a
     /// required column is filled with its type's zero (text: empty) or its default.
-    void AddColumns(std::string_view table, const std::vector<ColumnSpec>& columns);
+    void AddColumns(std::string_view table, const std::vector<FieldDef>& columns);
     /// Throws InUse while an index uses the column.
     void DropColumn(std::string_view table, std::string_view column);
+    /// Gives the column of this name another type, size and properties; its values
+    /// are converted. Throws what an update would when one does not fit, and InUse
+    /// while an index uses the column.
+    void ChangeColumn(std::string_view table, const FieldDef& column);
     /// Throws Duplicate or NullNotAllowed when the rows do not allow it.
-    void CreateIndex(std::string_view table, const IndexSpec& spec);
+    void CreateIndex(std::string_view table, const IndexDef& spec);
     void DropIndex(std::string_view table, std::string_view index);
 
     /// A property of a column ("DefaultValue", "Required", "Description", ...),

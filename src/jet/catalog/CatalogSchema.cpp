@@ -101,7 +101,7 @@ void GrantAccess(Table& access, std::int32_t object)
     }
 }
 
-void PutColumnProperties(PropertyMap& properties, const ColumnSpec& spec)
+void PutColumnProperties(PropertyMap& properties, const FieldDef& spec)
 {
     const auto put = [&](std::string_view name, const std::string& text) {
         if (!text.empty())
@@ -136,6 +136,20 @@ int RequireColumn(const TableDefinition& definition, std::string_view table,
     return at;
 }
 
+/// An index holds on to its columns.
+void RefuseIndexedColumn(const TableDefinition& definition, std::string_view table, int column,
+                         std::string_view change)
+{
+    for (std::size_t i = 0; i < definition.physicalIndexes.size(); ++i)
+        for (const IndexColumn& part : definition.physicalIndexes[i].columns)
+            if (part.column == column)
+                throw Error(ErrorKind::InUse,
+                            "Het veld " + Quoted(definition.columns[column].name) +
+                                " van de tabel " + Quoted(table) + " kan niet worden " +
+                                std::string(change) + ": het hoort bij de index " +
+                                Quoted(definition.NameOfPhysical(static_cast<int>(i))) + '.');
+}
+
 /// What a required column of existing rows gets when it has no default.
 Value ZeroOf(ColumnType type)
 {
@@ -157,7 +171,7 @@ Value ZeroOf(ColumnType type)
 
 } // namespace
 
-void Catalog::Create(const TableSpec& spec)
+void Catalog::Create(const TableDef& spec)
 {
     Parts& parts = Fresh();
     RequireWritable(parts.pager);
@@ -177,7 +191,7 @@ void Catalog::Create(const TableSpec& spec)
     WriteTableDefinition(parts.pager, parts.pages, definition);
 
     PropertyMap properties;
-    for (const ColumnSpec& column : spec.columns)
+    for (const FieldDef& column : spec.fields)
         PutColumnProperties(properties, column);
     Bytes blob = properties.Serialise();
 
@@ -263,7 +277,7 @@ void Catalog::Rename(std::string_view table, std::string_view newName)
     ++parts.schemaVersion;
 }
 
-void Catalog::AddColumns(std::string_view table, const std::vector<ColumnSpec>& columns)
+void Catalog::AddColumns(std::string_view table, const std::vector<FieldDef>& columns)
 {
     Parts& parts = Fresh();
     RequireWritable(parts.pager);
@@ -280,14 +294,14 @@ void Catalog::AddColumns(std::string_view table, const std::vector<ColumnSpec>& 
             MakeLongValueMaps(parts.pages, definition.columns[i]);
     WriteTableDefinition(parts.pager, parts.pages, definition);
     PropertyMap properties = parts.ReadProperties(entry);
-    for (const ColumnSpec& column : columns)
+    for (const FieldDef& column : columns)
         PutColumnProperties(properties, column);
     parts.StoreProperties(entry, properties);
     parts.Adopt(entry, definition);
 
     // A new required column cannot stay null in the rows that are there.
     const bool fill = std::ranges::any_of(
-        columns, [](const ColumnSpec& column) { return column.required || column.autoNumber; });
+        columns, [](const FieldDef& column) { return column.required || column.autoNumber; });
     if (fill) {
         const Row defaults = NewRow(*opened);
         std::vector<RowId> rows;
@@ -323,18 +337,11 @@ void Catalog::DropColumn(std::string_view table, std::string_view column)
     if (definition.columns.size() == 1)
         throw Error(ErrorKind::BadSchema, "Het laatste veld van de tabel " + Quoted(entry.name) +
                                               " kan niet worden verwijderd.");
-    for (std::size_t i = 0; i < definition.physicalIndexes.size(); ++i) {
-        for (IndexColumn& part : definition.physicalIndexes[i].columns) {
-            if (part.column == at)
-                throw Error(ErrorKind::InUse,
-                            "Het veld " + Quoted(dropped.name) + " van de tabel " +
-                                Quoted(entry.name) +
-                                " kan niet worden verwijderd: het hoort bij de index " +
-                                Quoted(definition.NameOfPhysical(static_cast<int>(i))) + '.');
+    RefuseIndexedColumn(definition, entry.name, at, "verwijderd");
+    for (PhysicalIndex& index : definition.physicalIndexes)
+        for (IndexColumn& part : index.columns)
             if (part.column > at)
                 --part.column;
-        }
-    }
     // Numbers and places of the others stay: old rows keep the dropped bytes.
     definition.columns.erase(definition.columns.begin() + at);
 
@@ -351,7 +358,60 @@ void Catalog::DropColumn(std::string_view table, std::string_view column)
     ++parts.schemaVersion;
 }
 
-void Catalog::CreateIndex(std::string_view table, const IndexSpec& spec)
+void Catalog::ChangeColumn(std::string_view table, const FieldDef& column)
+{
+    Parts& parts = Fresh();
+    RequireWritable(parts.pager);
+    const TableEntry entry = parts.Entry(table);
+    RefuseSystemTable(entry);
+    const std::shared_ptr<Table> opened = parts.OpenEntry(entry);
+    const int at = RequireColumn(opened->Definition(), entry.name, column.name);
+    RefuseIndexedColumn(opened->Definition(), entry.name, at, "veranderd");
+
+    // The old column makes way under a name that nobody has; a new one takes over
+    // its name, its values and, at last, its place.
+    AllOrNothing change(parts.pager);
+    const auto store = [&](TableDefinition definition) {
+        WriteTableDefinition(parts.pager, parts.pages, definition);
+        parts.Adopt(entry, std::move(definition));
+    };
+    TableDefinition definition = opened->Definition();
+    FieldDef successor = column;
+    successor.name = definition.columns[at].name;
+    std::string old = "~";
+    while (definition.FindColumn(old) >= 0)
+        old += '~';
+    definition.columns[at].name = old;
+    store(std::move(definition));
+    PropertyMap properties = parts.ReadProperties(entry);
+    for (const char* property : {"DefaultValue", "Required"}) // as `column` says, or none
+        properties.Set(successor.name, property, {});
+    parts.StoreProperties(entry, properties);
+
+    AddColumns(table, {successor});
+    const int last = static_cast<int>(opened->Definition().columns.size()) - 1;
+    std::vector<RowId> rows;
+    for (TableScan scan(*opened); scan.Next();)
+        rows.push_back(scan.Id());
+    for (const RowId row : rows) {
+        const Table::Change changes[] = {{last, opened->Get(row, at)}};
+        opened->Update(row, changes);
+    }
+
+    DropColumn(table, old);
+    definition = opened->Definition();
+    std::rotate(definition.columns.begin() + at, definition.columns.end() - 1,
+                definition.columns.end());
+    for (PhysicalIndex& index : definition.physicalIndexes)
+        for (IndexColumn& part : index.columns)
+            if (part.column >= at)
+                ++part.column;
+    store(std::move(definition));
+    change.Done();
+    ++parts.schemaVersion;
+}
+
+void Catalog::CreateIndex(std::string_view table, const IndexDef& spec)
 {
     Parts& parts = Fresh();
     RequireWritable(parts.pager);

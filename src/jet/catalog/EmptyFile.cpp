@@ -9,8 +9,8 @@
 #include "jet/base/Text.h"
 #include "jet/catalog/Catalog.h"
 #include "jet/catalog/TableStorage.h"
+#include "jet/storage/DataPage.h"
 #include "jet/storage/FileHeader.h"
-#include "jet/table/DataPage.h"
 
 #include <algorithm>
 #include <map>

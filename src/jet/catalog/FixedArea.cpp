@@ -1,7 +1,7 @@
 #include "jet/catalog/FixedArea.h"
 
 #include "jet/base/ByteOrder.h"
-#include "jet/table/DataPage.h"
+#include "jet/storage/DataPage.h"
 
 #include <algorithm>
 

@@ -35,13 +35,13 @@ bool IsVariable(ColumnType type)
     }
 }
 
-[[noreturn]] void BadColumn(std::string_view table, const ColumnSpec& spec, std::string_view what)
+[[noreturn]] void BadColumn(std::string_view table, const FieldDef& spec, std::string_view what)
 {
     throw Error(ErrorKind::BadSchema, "Het veld " + Quoted(spec.name) + " van de tabel " +
                                           Quoted(table) + ' ' + std::string(what) + '.');
 }
 
-Column ColumnFrom(const ColumnSpec& spec, std::string_view table)
+Column ColumnFrom(const FieldDef& spec, std::string_view table)
 {
     CheckName(spec.name);
     Column column;
@@ -109,9 +109,9 @@ void CheckName(std::string_view name)
 }
 
 void AppendColumns(TableDefinition& definition, std::string_view table,
-                   const std::vector<ColumnSpec>& columns, std::size_t endOfFixedArea)
+                   const std::vector<FieldDef>& columns, std::size_t endOfFixedArea)
 {
-    for (const ColumnSpec& spec : columns) {
+    for (const FieldDef& spec : columns) {
         Column column = ColumnFrom(spec, table);
         if (definition.FindColumn(spec.name) >= 0)
             throw Error(ErrorKind::NameInUse, "De tabel " + Quoted(table) + " heeft al een veld " +
@@ -140,14 +140,14 @@ void AppendColumns(TableDefinition& definition, std::string_view table,
     }
 }
 
-void AppendIndex(TableDefinition& definition, std::string_view table, const IndexSpec& spec)
+void AppendIndex(TableDefinition& definition, std::string_view table, const IndexDef& spec)
 {
     CheckName(spec.name);
     const std::string where =
         "De index " + Quoted(spec.name) + " van de tabel " + Quoted(table) + ' ';
     if (definition.FindIndex(spec.name) >= 0)
         throw Error(ErrorKind::NameInUse, where + "bestaat al.");
-    if (spec.columns.empty() || spec.columns.size() > kMostIndexColumns)
+    if (spec.fields.empty() || spec.fields.size() > kMostIndexColumns)
         throw Error(ErrorKind::BadSchema, where + "moet 1 tot en met 10 velden hebben.");
     if (definition.logicalIndexes.size() >= kMostIndexes)
         throw Error(ErrorKind::BadSchema, where + "is er een te veel: er kunnen er 32 zijn.");
@@ -159,11 +159,11 @@ void AppendIndex(TableDefinition& definition, std::string_view table, const Inde
     physical.unique = spec.unique || spec.primary;
     physical.required = spec.required || spec.primary;
     physical.ignoreNulls = spec.ignoreNulls && !spec.primary;
-    for (const IndexSpec::Part& part : spec.columns) {
-        const int at = definition.FindColumn(part.column);
+    for (const IndexDef::Part& part : spec.fields) {
+        const int at = definition.FindColumn(part.field);
         if (at < 0)
             throw Error(ErrorKind::UnknownField,
-                        where + "noemt een veld dat er niet is: " + Quoted(part.column) + '.');
+                        where + "noemt een veld dat er niet is: " + Quoted(part.field) + '.');
         const Column& column = definition.columns[at];
         if (column.type == ColumnType::Ole || column.rawType == 0x11)
             throw Error(ErrorKind::BadSchema, where + "kan niet op het veld " +
@@ -177,7 +177,7 @@ void AppendIndex(TableDefinition& definition, std::string_view table, const Inde
             if (other.column == at)
                 throw Error(ErrorKind::BadSchema,
                             where + "noemt het veld " + Quoted(column.name) + " tweemaal.");
-        physical.columns.push_back({at, part.ascending});
+        physical.columns.push_back({at, !part.descending});
     }
 
     LogicalIndex logical;
@@ -190,16 +190,57 @@ void AppendIndex(TableDefinition& definition, std::string_view table, const Inde
     definition.logicalIndexes.push_back(std::move(logical));
 }
 
-TableDefinition DefinitionFrom(const TableSpec& spec)
+TableDefinition DefinitionFrom(const TableDef& spec)
 {
-    if (spec.columns.empty())
+    if (spec.fields.empty())
         throw Error(ErrorKind::BadSchema,
                     "De tabel " + Quoted(spec.name) + " moet ten minste een veld hebben.");
     TableDefinition definition;
-    AppendColumns(definition, spec.name, spec.columns, 0);
-    for (const IndexSpec& index : spec.indexes)
-        AppendIndex(definition, spec.name, index);
+    AppendColumns(definition, spec.name, spec.fields, 0);
+    for (const IndexDef& index : spec.indexes)
+        if (!index.foreign)
+            AppendIndex(definition, spec.name, index);
     return definition;
+}
+
+FieldDef FieldFrom(const Column& column)
+{
+    FieldDef field;
+    field.name = column.name;
+    field.type = column.type;
+    field.size = column.Size();
+    field.autoNumber = column.autoNumber;
+    field.required = column.required;
+    field.allowZeroLength = column.allowZeroLength;
+    field.defaultValue = column.defaultValue;
+    field.description = column.description;
+    field.precision = column.precision;
+    field.scale = column.scale;
+    field.fixedLength = column.fixed;
+    return field;
+}
+
+std::vector<FieldDef> FieldsFrom(const TableDefinition& definition)
+{
+    std::vector<FieldDef> fields;
+    for (const Column& column : definition.columns)
+        fields.push_back(FieldFrom(column));
+    return fields;
+}
+
+IndexDef IndexFrom(const TableDefinition& definition, const LogicalIndex& index)
+{
+    const PhysicalIndex& physical = definition.physicalIndexes[index.physical];
+    IndexDef result;
+    result.name = index.name;
+    for (const IndexColumn& part : physical.columns)
+        result.fields.push_back({definition.columns[part.column].name, !part.ascending});
+    result.primary = index.kind == LogicalIndex::Kind::Primary;
+    result.unique = physical.unique || result.primary;
+    result.required = physical.required || result.primary;
+    result.ignoreNulls = physical.ignoreNulls;
+    result.foreign = index.kind == LogicalIndex::Kind::Relationship;
+    return result;
 }
 
 } // namespace jet

@@ -3,7 +3,7 @@
 #include "jet/base/Error.h"
 #include "jet/base/Text.h"
 #include "jet/catalog/Session.h"
-#include "jet/dao/Definitions.h"
+#include "jet/catalog/TableSpecs.h"
 #include "jet/dao/SqlPort.h"
 #include "jet/dao/TableRecordset.h"
 #include "jet/upkeep/Check.h"
@@ -66,7 +66,7 @@ TableDef Database::GetTableDef(std::string_view name) const
 
 void Database::CreateTable(const TableDef& table)
 {
-    m_session->Tables().Create(SpecFrom(table));
+    m_session->Tables().Create(table);
 }
 
 void Database::DropTable(std::string_view name)
@@ -88,10 +88,13 @@ void Database::AddField(std::string_view table, const FieldDef& field)
 
 void Database::AddFields(std::string_view table, const std::vector<FieldDef>& fields)
 {
-    std::vector<ColumnSpec> columns;
-    for (const FieldDef& field : fields)
-        columns.push_back(SpecFrom(field));
-    m_session->Tables().AddColumns(table, columns);
+    m_session->Tables().AddColumns(table, fields);
+}
+
+void Database::ChangeField(std::string_view table, const FieldDef& field)
+{
+    m_session->RefuseWhileInUse(table);
+    m_session->Tables().ChangeColumn(table, field);
 }
 
 void Database::DropField(std::string_view table, std::string_view field)
@@ -102,7 +105,7 @@ void Database::DropField(std::string_view table, std::string_view field)
 
 void Database::CreateIndex(std::string_view table, const IndexDef& index)
 {
-    m_session->Tables().CreateIndex(table, SpecFrom(index));
+    m_session->Tables().CreateIndex(table, index);
 }
 
 void Database::DropIndex(std::string_view table, std::string_view index)

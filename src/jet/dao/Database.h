@@ -1,7 +1,7 @@
 #pragma once
 
+#include "jet/catalog/TableDef.h"
 #include "jet/dao/Recordset.h"
-#include "jet/dao/TableDef.h"
 #include "jet/upkeep/CheckReport.h"
 
 #include <filesystem>
@@ -40,6 +40,9 @@ public:
     void AddField(std::string_view table, const FieldDef& field);
     /// All in one change; see Catalog::AddColumns for what existing rows get.
     void AddFields(std::string_view table, const std::vector<FieldDef>& fields);
+    /// Gives the field of this name another type, size and properties; the values
+    /// are converted. Throws InUse while an index uses the field.
+    void ChangeField(std::string_view table, const FieldDef& field);
     void DropField(std::string_view table, std::string_view field);
     void CreateIndex(std::string_view table, const IndexDef& index);
     void DropIndex(std::string_view table, std::string_view index);

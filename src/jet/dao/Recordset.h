@@ -1,7 +1,7 @@
 #pragma once
 
 #include "jet/base/Value.h"
-#include "jet/dao/TableDef.h"
+#include "jet/catalog/TableDef.h"
 
 #include <memory>
 #include <string>

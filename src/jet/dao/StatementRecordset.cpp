@@ -1,7 +1,7 @@
 #include "jet/dao/StatementRecordset.h"
 
 #include "jet/base/Text.h"
-#include "jet/dao/Definitions.h"
+#include "jet/catalog/TableSpecs.h"
 
 #include <algorithm>
 
@@ -10,11 +10,9 @@ namespace jet {
 StatementRecordset::StatementRecordset(std::shared_ptr<Session> session, std::string_view source,
                                        RecordsetType type, RecordsetOptions options,
                                        std::string_view sort)
-    : m_session(std::move(session)),
+    : EditableRecordset(std::move(session), source, options),
       m_query(std::make_unique<sql::Query>(sql::Engine::Of(*m_session), source)),
-      m_name(source),
       m_type(type),
-      m_options(options),
       m_nextSort(sort)
 {
     m_query->SetSort(sort);
@@ -25,12 +23,6 @@ StatementRecordset::StatementRecordset(std::shared_ptr<Session> session, std::st
 StatementRecordset::~StatementRecordset()
 {
     Close();
-}
-
-void StatementRecordset::Close()
-{
-    m_session->Leave(*this);
-    FileCloses();
 }
 
 void StatementRecordset::FileCloses() noexcept
@@ -185,25 +177,12 @@ void StatementRecordset::RequireRow() const
         throw Error(ErrorKind::NoCurrentRow, "Er is geen huidige rij in de recordset: " + m_name);
 }
 
-void StatementRecordset::RequireField(int field) const
-{
-    if (field < 0 || field >= static_cast<int>(m_fields.size()))
-        throw Error(ErrorKind::UnknownField,
-                    "De recordset heeft geen veld nummer " + std::to_string(field) + ": " + m_name);
-}
-
 void StatementRecordset::RequireKept(const char* operation) const
 {
     Statement();
     if (m_stream)
         throw Error(ErrorKind::NotSupported,
                     std::string(operation) + " kan niet in een recordset die alleen vooruit gaat.");
-}
-
-const std::string& StatementRecordset::Name() const
-{
-    Statement();
-    return m_name;
 }
 
 bool StatementRecordset::BOF() const
@@ -304,12 +283,6 @@ void StatementRecordset::SetAbsolutePosition(int position)
 
 // --- fields -------------------------------------------------------------------------
 
-const std::vector<FieldDef>& StatementRecordset::Fields() const
-{
-    Statement();
-    return m_fields;
-}
-
 // A field that bears its table's name in front, since another has the same
 // name, is found by its own name too when that is not ambiguous.
 int StatementRecordset::FieldIndex(std::string_view name) const
@@ -386,12 +359,6 @@ void StatementRecordset::FindFirst(std::string_view criterion)
 void StatementRecordset::FindNext(std::string_view criterion)
 {
     Find(criterion, m_deleted ? m_position : m_position + 1);
-}
-
-bool StatementRecordset::NoMatch() const
-{
-    Statement();
-    return m_noMatch;
 }
 
 void StatementRecordset::SetIndex(std::string_view)

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "jet/catalog/Session.h"
-#include "jet/dao/Recordset.h"
+#include "jet/dao/EditableRecordset.h"
 #include "jet/sql/RowFilter.h"
 #include "jet/sql/Statements.h"
-
-#include <optional>
 
 namespace jet {
 
@@ -14,17 +11,15 @@ namespace jet {
 /// A dynaset over one table keeps the ids of its rows and reads every row as it
 /// is now; it can be edited. Any other dynaset, and every snapshot, keeps the
 /// rows themselves. Forward only, nothing is kept but the current row.
-class StatementRecordset : public Recordset, private SessionUser {
+class StatementRecordset : public EditableRecordset {
 public:
     /// `type` is Dynaset or Snapshot.
     StatementRecordset(std::shared_ptr<Session> session, std::string_view source,
                        RecordsetType type, RecordsetOptions options, std::string_view sort = {});
     ~StatementRecordset() override;
 
-    const std::string& Name() const override;
     RecordsetType Type() const override { return m_type; }
     bool IsOpen() const override { return m_query != nullptr; }
-    void Close() override;
     bool Updatable() const override;
 
     bool BOF() const override;
@@ -38,17 +33,12 @@ public:
     int AbsolutePosition() const override;
     void SetAbsolutePosition(int position) override;
 
-    const std::vector<FieldDef>& Fields() const override;
     int FieldIndex(std::string_view name) const override;
     using Recordset::Get;
-    using Recordset::Set;
     Value Get(int field) const override;
 
     void Edit() override;
     void AddNew() override;
-    void Set(int field, const Value& value) override;
-    void Update() override;
-    void CancelUpdate() override;
     void Delete() override;
     void MoveToLastModified() override;
 
@@ -56,17 +46,19 @@ public:
     void Seek(std::string_view comparison, const std::vector<Value>& key) override;
     void FindFirst(std::string_view criterion) override;
     void FindNext(std::string_view criterion) override;
-    bool NoMatch() const override;
 
     void SetSort(std::string_view fields) override;
     std::unique_ptr<Recordset> Reopen() override;
     void Requery() override;
 
 private:
-    enum class Editing { No, Change, New };
-
     void FileCloses() noexcept override;
     bool Uses(std::string_view table) const override;
+    void RequireOpen() const override { Statement(); }
+    int ColumnOf(int field) const override;
+    std::string TableOf(int field) const override;
+    void InsertRow() override;
+    void ChangeRow(const std::vector<Table::Change>& changes) override;
 
     sql::Query& Statement() const; ///< throws Closed
     Table& LiveTable() const;
@@ -76,20 +68,14 @@ private:
     void StandOn(int position);
     void RequireRows() const;
     void RequireRow() const;
-    void RequireField(int field) const;
     void RequireUpdatable() const;
     void RequireKept(const char* operation) const;
     std::optional<Row> RowAt(int position) const;
     const Row& CurrentCalculated() const;
     void Find(std::string_view criterion, int from);
-    void Insert();
 
-    std::shared_ptr<Session> m_session;
     std::unique_ptr<sql::Query> m_query;
-    std::string m_name;
     RecordsetType m_type;
-    RecordsetOptions m_options;
-    std::vector<FieldDef> m_fields;
     std::string m_nextSort;
 
     bool m_live = false; ///< m_ids stand for the rows, else m_rows are they
@@ -107,12 +93,6 @@ private:
     int m_position = 0; ///< -1 before the first row, Count() behind the last
     int m_visited = 0;
     bool m_deleted = false; ///< the current row was deleted; the next one stands at m_position
-    bool m_noMatch = false;
-    std::optional<RowId> m_lastModified;
-
-    Editing m_editing = Editing::No;
-    Row m_buffer;
-    std::vector<bool> m_changed;
 };
 
 } // namespace jet

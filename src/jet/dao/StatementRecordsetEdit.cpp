@@ -28,51 +28,39 @@ void StatementRecordset::Edit()
     std::optional<Row> row = RowAt(m_position);
     if (!row)
         throw Error(ErrorKind::NoCurrentRow, "De rij is intussen verwijderd: " + m_name);
-    m_buffer = std::move(*row);
-    m_changed.assign(m_fields.size(), false);
-    m_editing = Editing::Change;
+    StartEditing(Editing::Change, std::move(*row));
 }
 
 void StatementRecordset::AddNew()
 {
     RequireUpdatable();
     const Row defaults = m_session->Tables().NewRow(LiveTable());
-    m_buffer.assign(m_fields.size(), Value());
+    Row row(m_fields.size());
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
-        const int column = m_query->Columns()[i].sourceColumn;
+        const int column = ColumnOf(static_cast<int>(i));
         if (column >= 0)
-            m_buffer[i] = defaults[static_cast<std::size_t>(column)];
+            row[i] = defaults[static_cast<std::size_t>(column)];
     }
-    m_changed.assign(m_fields.size(), false);
-    m_editing = Editing::New;
+    StartEditing(Editing::New, std::move(row));
 }
 
-void StatementRecordset::Set(int field, const Value& value)
+int StatementRecordset::ColumnOf(int field) const
 {
-    Statement();
-    RequireField(field);
-    const auto at = static_cast<std::size_t>(field);
-    if (m_editing == Editing::No)
-        throw Error(ErrorKind::NoEdit, "Het veld \"" + m_fields[at].name +
-                                           "\" krijgt een waarde zonder Edit of AddNew: " + m_name);
-    if (m_query->Columns()[at].sourceColumn < 0)
-        throw Error(ErrorKind::ReadOnly, "Het veld \"" + m_fields[at].name +
-                                             "\" is berekend en kan niet worden veranderd.");
-    try {
-        m_buffer[at] = value.ConvertedTo(m_fields[at].type);
-    } catch (const Error& error) {
-        throw Error(error.Kind(), "Veld \"" + m_fields[at].name + "\": " + error.what());
-    }
-    m_changed[at] = true;
+    return m_query->Columns()[static_cast<std::size_t>(field)].sourceColumn;
 }
 
-void StatementRecordset::Insert()
+std::string StatementRecordset::TableOf(int field) const
+{
+    return m_query->Columns()[static_cast<std::size_t>(field)].sourceTable;
+}
+
+void StatementRecordset::InsertRow()
 {
     Table& table = LiveTable();
     Row row = m_session->Tables().NewRow(table);
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
         if (m_changed[i])
-            row[static_cast<std::size_t>(m_query->Columns()[i].sourceColumn)] = m_buffer[i];
+            row[static_cast<std::size_t>(ColumnOf(static_cast<int>(i)))] = m_buffer[i];
     }
     {
         const sql::RowChangeScope own(*sql::Engine::Of(*m_session), {&table});
@@ -86,33 +74,14 @@ void StatementRecordset::Insert()
         ++m_position; // stays behind the last row
 }
 
-void StatementRecordset::Update()
+void StatementRecordset::ChangeRow(const std::vector<Table::Change>& changes)
 {
-    Statement();
-    if (m_editing == Editing::No)
-        throw Error(ErrorKind::NoEdit, "Update zonder Edit of AddNew: " + m_name);
-    if (m_editing == Editing::New) {
-        Insert();
-    } else {
-        const RowId id = m_ids[static_cast<std::size_t>(m_position)];
-        std::vector<Table::Change> changes;
-        for (std::size_t i = 0; i < m_fields.size(); ++i) {
-            if (m_changed[i])
-                changes.push_back({m_query->Columns()[i].sourceColumn, m_buffer[i]});
-        }
-        Table& table = LiveTable();
-        const sql::RowChangeScope own(*sql::Engine::Of(*m_session), {&table});
-        table.Update(id, changes);
-        m_lastModified = id;
-        m_calculatedKnown = false;
-    }
-    m_editing = Editing::No;
-}
-
-void StatementRecordset::CancelUpdate()
-{
-    Statement();
-    m_editing = Editing::No;
+    const RowId id = m_ids[static_cast<std::size_t>(m_position)];
+    Table& table = LiveTable();
+    const sql::RowChangeScope own(*sql::Engine::Of(*m_session), {&table});
+    table.Update(id, changes);
+    m_lastModified = id;
+    m_calculatedKnown = false;
 }
 
 void StatementRecordset::Delete()

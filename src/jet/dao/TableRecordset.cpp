@@ -1,7 +1,7 @@
 #include "jet/dao/TableRecordset.h"
 
 #include "jet/base/Text.h"
-#include "jet/dao/Definitions.h"
+#include "jet/catalog/TableSpecs.h"
 
 #include <algorithm>
 
@@ -30,12 +30,11 @@ bool StillHas(const TableDefinition& definition, const std::vector<FieldDef>& fi
 
 TableRecordset::TableRecordset(std::shared_ptr<Session> session, std::string_view table,
                                RecordsetOptions options)
-    : m_session(std::move(session)),
-      m_table(m_session->Tables().Open(table)),
-      m_name(m_table->Name()),
-      m_options(options),
-      m_fields(FieldsFrom(m_table->Definition()))
+    : EditableRecordset(std::move(session), table, options),
+      m_table(m_session->Tables().Open(table))
 {
+    m_name = m_table->Name(); // as the catalog spells it
+    m_fields = FieldsFrom(m_table->Definition());
     Requery();
     m_session->Enter(*this);
 }
@@ -43,12 +42,6 @@ TableRecordset::TableRecordset(std::shared_ptr<Session> session, std::string_vie
 TableRecordset::~TableRecordset()
 {
     Close();
-}
-
-void TableRecordset::Close()
-{
-    m_session->Leave(*this);
-    FileCloses();
 }
 
 void TableRecordset::FileCloses() noexcept
@@ -103,20 +96,6 @@ void TableRecordset::RequireRow() const
     if (m_place != Place::OnRow || m_deleted)
         throw Error(ErrorKind::NoCurrentRow,
                     "Er is geen huidige rij in de tabel " + Quote(m_name) + '.');
-}
-
-void TableRecordset::RequireField(int field) const
-{
-    if (field < 0 || field >= static_cast<int>(m_fields.size()))
-        throw Error(ErrorKind::UnknownField, "De tabel " + Quote(m_name) +
-                                                 " heeft geen veld nummer " +
-                                                 std::to_string(field) + '.');
-}
-
-const std::string& TableRecordset::Name() const
-{
-    Rows();
-    return m_name;
 }
 
 bool TableRecordset::Updatable() const
@@ -303,12 +282,6 @@ void TableRecordset::SetAbsolutePosition(int)
     AbsolutePosition();
 }
 
-const std::vector<FieldDef>& TableRecordset::Fields() const
-{
-    Rows();
-    return m_fields;
-}
-
 int TableRecordset::FieldIndex(std::string_view name) const
 {
     Rows();
@@ -357,75 +330,34 @@ void TableRecordset::Edit()
 {
     RequireUpdatable();
     RequireRow();
-    m_buffer = m_table->GetRow(m_row);
-    m_changed.assign(m_fields.size(), false);
-    m_editing = Editing::Change;
+    StartEditing(Editing::Change, m_table->GetRow(m_row));
 }
 
 void TableRecordset::AddNew()
 {
     RequireUpdatable();
-    m_buffer = m_session->Tables().NewRow(*m_table);
-    m_changed.assign(m_fields.size(), false);
+    StartEditing(Editing::New, m_session->Tables().NewRow(*m_table));
     // The number can be read at once, as users of this face expect.
     for (std::size_t i = 0; i < m_fields.size(); ++i)
         if (m_fields[i].autoNumber && m_fields[i].type == ColumnType::Long)
             m_buffer[i] = static_cast<std::int32_t>(m_table->Definition().lastAutoNumber + 1);
-    m_editing = Editing::New;
 }
 
-Value TableRecordset::Converted(int field, const Value& value) const
+void TableRecordset::InsertRow()
 {
-    const FieldDef& def = m_fields[static_cast<std::size_t>(field)];
-    try {
-        return value.ConvertedTo(def.type);
-    } catch (const Error& error) {
-        throw Error(error.Kind(), "De waarde past niet in het veld " + Quote(def.name) +
-                                      " van de tabel " + Quote(m_name) + ": " + error.what());
-    }
+    Row row = m_buffer;
+    // A number read beforehand may have been handed out to another row since.
+    for (std::size_t i = 0; i < m_fields.size(); ++i)
+        if (m_fields[i].autoNumber && !m_changed[i])
+            row[i] = {};
+    m_lastModified = Rows().Insert(row);
 }
 
-void TableRecordset::Set(int field, const Value& value)
+void TableRecordset::ChangeRow(const std::vector<Table::Change>& changes)
 {
-    Rows();
-    RequireField(field);
-    if (m_editing == Editing::No)
-        throw Error(ErrorKind::NoEdit, "Het veld " +
-                                           Quote(m_fields[static_cast<std::size_t>(field)].name) +
-                                           " kan alleen na Edit of AddNew een waarde krijgen.");
-    m_buffer[static_cast<std::size_t>(field)] = Converted(field, value);
-    m_changed[static_cast<std::size_t>(field)] = true;
-}
-
-void TableRecordset::Update()
-{
-    Table& table = Rows();
-    if (m_editing == Editing::No)
-        throw Error(ErrorKind::NoEdit,
-                    "Er is geen rij in bewerking in de tabel " + Quote(m_name) + '.');
-    if (m_editing == Editing::New) {
-        Row row = m_buffer;
-        // A number read beforehand may have been handed out to another row since.
-        for (std::size_t i = 0; i < m_fields.size(); ++i)
-            if (m_fields[i].autoNumber && !m_changed[i])
-                row[i] = {};
-        m_lastModified = table.Insert(row);
-    } else {
-        RequireRow();
-        std::vector<Table::Change> changes;
-        for (std::size_t i = 0; i < m_fields.size(); ++i)
-            if (m_changed[i])
-                changes.push_back({static_cast<int>(i), m_buffer[i]});
-        table.Update(m_row, changes);
-        m_lastModified = m_row;
-    }
-    m_editing = Editing::No;
-}
-
-void TableRecordset::CancelUpdate()
-{
-    Rows();
-    m_editing = Editing::No;
+    RequireRow();
+    m_table->Update(m_row, changes);
+    m_lastModified = m_row;
 }
 
 void TableRecordset::Delete()
@@ -526,12 +458,6 @@ void TableRecordset::FindNext(std::string_view)
 {
     throw Error(ErrorKind::NotSupported,
                 "FindNext kan niet in een recordset van het type tabel: gebruik Seek.");
-}
-
-bool TableRecordset::NoMatch() const
-{
-    Rows();
-    return m_noMatch;
 }
 
 void TableRecordset::SetSort(std::string_view)

@@ -1,24 +1,19 @@
 #pragma once
 
-#include "jet/catalog/Session.h"
-#include "jet/dao/Recordset.h"
-
-#include <optional>
+#include "jet/dao/EditableRecordset.h"
 
 namespace jet {
 
 /// The recordset of kind Table: all rows of one table, in the order of an index
 /// or, without one, of the table's pages.
-class TableRecordset : public Recordset, private SessionUser {
+class TableRecordset : public EditableRecordset {
 public:
     TableRecordset(std::shared_ptr<Session> session, std::string_view table,
                    RecordsetOptions options);
     ~TableRecordset() override;
 
-    const std::string& Name() const override;
     RecordsetType Type() const override { return RecordsetType::Table; }
     bool IsOpen() const override { return m_table != nullptr; }
-    void Close() override;
     bool Updatable() const override;
 
     bool BOF() const override;
@@ -32,18 +27,13 @@ public:
     int AbsolutePosition() const override;
     void SetAbsolutePosition(int position) override;
 
-    const std::vector<FieldDef>& Fields() const override;
     int FieldIndex(std::string_view name) const override;
     using Recordset::Get;
-    using Recordset::Set;
     Value Get(int field) const override;
     void GetRow(std::vector<Value>& row) const override;
 
     void Edit() override;
     void AddNew() override;
-    void Set(int field, const Value& value) override;
-    void Update() override;
-    void CancelUpdate() override;
     void Delete() override;
     void MoveToLastModified() override;
 
@@ -51,7 +41,6 @@ public:
     void Seek(std::string_view comparison, const std::vector<Value>& key) override;
     void FindFirst(std::string_view criterion) override;
     void FindNext(std::string_view criterion) override;
-    bool NoMatch() const override;
 
     void SetSort(std::string_view fields) override;
     std::unique_ptr<Recordset> Reopen() override;
@@ -59,7 +48,6 @@ public:
 
 private:
     enum class Place { Before, OnRow, After, Empty, Nowhere };
-    enum class Editing { No, Change, New };
 
     /// The way on from the current row, kept so that the next step need not
     /// search. In index order: the rest of the keys equal to the current one, then
@@ -72,12 +60,16 @@ private:
 
     void FileCloses() noexcept override;
     bool Uses(std::string_view table) const override;
+    void RequireOpen() const override { Rows(); }
+    int ColumnOf(int field) const override { return field; }
+    std::string TableOf(int) const override { return m_name; }
+    void InsertRow() override;
+    void ChangeRow(const std::vector<Table::Change>& changes) override;
 
     Table& Rows() const; ///< throws Closed
     void Revalidate() const;
     void LetGo() const noexcept;
     void RequireRow() const;
-    void RequireField(int field) const;
     void RequireUpdatable() const;
     void Leave(Place place);
     void StandOn(RowId row);
@@ -89,32 +81,21 @@ private:
     int Physical() const;
     Row CurrentKey() const;
     Row SeekKey(const std::vector<Value>& key) const;
-    Value Converted(int field, const Value& value) const;
 
-    std::shared_ptr<Session> m_session;
     mutable std::shared_ptr<Table> m_table; // mutable: what Rows() renews after a roll-back
-    std::string m_name;
-    RecordsetOptions m_options;
-    std::vector<FieldDef> m_fields;
-    int m_index = -1; ///< position in logicalIndexes, -1 = page order
-    bool m_noMatch = false;
+    int m_index = -1;                       ///< position in logicalIndexes, -1 = page order
 
     Place m_place = Place::Before;
     RowId m_row;
     std::uint64_t m_stepChanges = 0; ///< changes of the file when we came to m_row
     bool m_deleted = false;          ///< the current row, by this recordset
     Row m_deletedKey;                ///< its key in the current index
-    std::optional<RowId> m_lastModified;
 
     mutable std::unique_ptr<Walk> m_walk;        ///< in index order
     mutable std::unique_ptr<TableScan> m_pages;  ///< in page order; stands on the current row
     mutable std::unique_ptr<RowReader> m_reader; ///< reads the current row in index order
     mutable std::uint64_t m_schema = 0;
     mutable std::uint64_t m_checkedChanges = 0; ///< of the file when that was last looked at
-
-    Editing m_editing = Editing::No;
-    Row m_buffer;
-    std::vector<bool> m_changed;
 };
 
 } // namespace jet

@@ -1,7 +1,7 @@
 #include "jet/index/IndexPage.h"
 
 #include "jet/base/ByteOrder.h"
-#include "jet/table/Faults.h"
+#include "jet/storage/Faults.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "jet/index/IndexTree.h"
 
-#include "jet/table/Faults.h"
+#include "jet/storage/Faults.h"
 
 #include <algorithm>
 

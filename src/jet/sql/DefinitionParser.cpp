@@ -86,13 +86,13 @@ private:
     Statement Table()
     {
         CreateTable create;
-        create.table = m_tokens.ExpectName("een tabelnaam");
+        create.table.name = m_tokens.ExpectName("een tabelnaam");
         m_tokens.ExpectSymbol("(");
         do {
             if (AtConstraint())
-                create.indexes.push_back(Constraint());
+                create.table.indexes.push_back(Constraint());
             else
-                create.fields.push_back(Field(create.indexes));
+                create.table.fields.push_back(Field(create.table.indexes));
         } while (m_tokens.TakeSymbol(","));
         m_tokens.ExpectSymbol(")");
         return create;
@@ -107,9 +107,9 @@ private:
                (m_tokens.AtWord("FOREIGN") && m_tokens.AtWord("KEY", 1));
     }
 
-    IndexDefinition Constraint()
+    IndexDef Constraint()
     {
-        IndexDefinition index;
+        IndexDef index;
         if (m_tokens.TakeWord("CONSTRAINT"))
             index.name = m_tokens.ExpectName("een naam");
         Kind(index);
@@ -119,7 +119,7 @@ private:
         return index;
     }
 
-    void Kind(IndexDefinition& index)
+    void Kind(IndexDef& index)
     {
         const std::size_t position = m_tokens.Position();
         if (m_tokens.TakeWord("PRIMARY")) {
@@ -136,11 +136,11 @@ private:
         }
     }
 
-    void Parts(IndexDefinition& index)
+    void Parts(IndexDef& index)
     {
         m_tokens.ExpectSymbol("(");
         do {
-            IndexDefinition::Part part;
+            IndexDef::Part part;
             part.field = m_tokens.ExpectName("een veldnaam");
             part.descending = m_tokens.TakeWord("DESC");
             if (!part.descending)
@@ -150,10 +150,9 @@ private:
         m_tokens.ExpectSymbol(")");
     }
 
-    FieldDefinition Field(std::vector<IndexDefinition>& indexes)
+    FieldDef Field(std::vector<IndexDef>& indexes)
     {
-        FieldDefinition field;
-        field.position = m_tokens.Position();
+        FieldDef field;
         field.name = m_tokens.ExpectName("een veldnaam");
         Type(field);
         for (;;) {
@@ -165,7 +164,7 @@ private:
             } else if (m_tokens.AtWord("CONSTRAINT") || m_tokens.AtWord("PRIMARY") ||
                        m_tokens.AtWord("UNIQUE") || m_tokens.AtWord("REFERENCES") ||
                        m_tokens.AtWord("CHECK")) {
-                IndexDefinition index;
+                IndexDef index;
                 if (m_tokens.TakeWord("CONSTRAINT"))
                     index.name = m_tokens.ExpectName("een naam");
                 Kind(index);
@@ -189,7 +188,7 @@ private:
         return true;
     }
 
-    void Type(FieldDefinition& field)
+    void Type(FieldDef& field)
     {
         const Token token = m_tokens.Take();
         const TypeName* found = nullptr;
@@ -303,22 +302,30 @@ private:
             } while (m_tokens.TakeSymbol(","));
             return alter;
         }
-        if (m_tokens.AtWord("ALTER"))
-            m_tokens.FailAt(m_tokens.Position(), ErrorKind::NotSupported,
-                            "Een bestaand veld wordt niet met een opdracht veranderd");
+        if (m_tokens.TakeWord("ALTER")) {
+            m_tokens.TakeWord("COLUMN");
+            const std::size_t position = m_tokens.Position();
+            std::vector<IndexDef> indexes;
+            alter.change = Field(indexes);
+            if (!indexes.empty())
+                m_tokens.FailAt(position, ErrorKind::NotSupported,
+                                "Een veld dat verandert, krijgt niet tegelijk een index");
+            return alter;
+        }
         m_tokens.ExpectWord("ADD");
         if (AtConstraint()) {
             alter.addIndex = Constraint();
             return alter;
         }
-        std::vector<IndexDefinition> indexes;
+        std::vector<IndexDef> indexes;
+        const std::size_t position = m_tokens.Position();
         do {
             m_tokens.TakeWord("ADD");
             m_tokens.TakeWord("COLUMN");
             alter.add.push_back(Field(indexes));
         } while (m_tokens.TakeSymbol(","));
         if (indexes.size() > 1)
-            m_tokens.FailAt(alter.add.front().position, ErrorKind::NotSupported,
+            m_tokens.FailAt(position, ErrorKind::NotSupported,
                             "Een opdracht maakt hoogstens een index");
         if (!indexes.empty())
             alter.addIndex = std::move(indexes.front());

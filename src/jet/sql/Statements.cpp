@@ -231,17 +231,17 @@ int RowChanges::Run(Delete& statement)
     return static_cast<int>(found.size());
 }
 
-ColumnSpec SpecOf(const ResultColumn& column, bool keepAutoNumber)
+FieldDef FieldOf(const ResultColumn& column, bool keepAutoNumber)
 {
-    ColumnSpec spec;
-    spec.name = column.name;
-    spec.type = column.type.value_or(ColumnType::Text);
-    if (spec.type == ColumnType::Text || spec.type == ColumnType::Binary)
-        spec.size = column.size;
-    spec.precision = column.precision;
-    spec.scale = column.scale;
-    spec.autoNumber = keepAutoNumber && column.autoNumber;
-    return spec;
+    FieldDef field;
+    field.name = column.name;
+    field.type = column.type.value_or(ColumnType::Text);
+    if (field.type == ColumnType::Text || field.type == ColumnType::Binary)
+        field.size = column.size;
+    field.precision = column.precision;
+    field.scale = column.scale;
+    field.autoNumber = keepAutoNumber && column.autoNumber;
+    return field;
 }
 
 // The new table has the fields' names, types and sizes, and nothing of their
@@ -252,12 +252,12 @@ int RowChanges::RunInto(Select& select)
     const bool oneTable = m_binder.Sources().size() == 1 && select.unions.empty();
     Rewritten rewritten = Rewriter(m_binder).Rewrite(select);
     const NamedFile file(m_engine, select.into->file);
-    TableSpec spec;
+    TableDef spec;
     spec.name = select.into->name;
     bool autoNumber = false;
     for (const ResultColumn& column : rewritten.columns) {
-        spec.columns.push_back(SpecOf(column, oneTable && !autoNumber));
-        autoNumber = autoNumber || spec.columns.back().autoNumber;
+        spec.fields.push_back(FieldOf(column, oneTable && !autoNumber));
+        autoNumber = autoNumber || spec.fields.back().autoNumber;
     }
     if (file.Get().Tables().HasTable(spec.name))
         m_binder.Fail(ErrorKind::NameInUse, select.into->position,
@@ -266,7 +266,7 @@ int RowChanges::RunInto(Select& select)
     std::vector<Row> found;
     for (const auto rows = m_engine.Run(std::move(rewritten), m_text); rows->Next();) {
         Row values;
-        for (std::size_t i = 0; i < spec.columns.size(); ++i)
+        for (std::size_t i = 0; i < spec.fields.size(); ++i)
             values.push_back(rows->Get(static_cast<int>(i)));
         found.push_back(std::move(values));
     }

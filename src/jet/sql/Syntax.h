@@ -1,6 +1,6 @@
 #pragma once
 
-#include "jet/base/Value.h"
+#include "jet/catalog/TableDef.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -184,43 +184,22 @@ struct Delete {
     ExprPtr where;
 };
 
-struct FieldDefinition {
-    std::size_t position = 0;
-    std::string name;
-    ColumnType type = ColumnType::Long;
-    int size = 0, precision = 18, scale = 0;
-    bool autoNumber = false, required = false;
-    std::string defaultValue;
-    bool primary = false, unique = false;
-};
-
-struct IndexDefinition {
-    std::string name;
-    struct Part {
-        std::string field;
-        bool descending = false;
-    };
-    std::vector<Part> fields;
-    bool primary = false, unique = false, required = false, ignoreNulls = false;
-};
-
 struct CreateTable {
-    std::string table;
-    std::vector<FieldDefinition> fields;
-    std::vector<IndexDefinition> indexes;
+    TableDef table;
 };
 
 struct AlterTable {
     std::string table;
-    std::vector<FieldDefinition> add;
+    std::vector<FieldDef> add;
+    std::optional<FieldDef> change;
     std::vector<std::string> drop;
-    std::optional<IndexDefinition> addIndex;
+    std::optional<IndexDef> addIndex;
     std::string dropIndex;
 };
 
 struct CreateIndex {
     std::string table;
-    IndexDefinition index;
+    IndexDef index;
 };
 
 struct DropTable {

@@ -167,6 +167,7 @@ PageEdit FilePager::Append()
                                              " 2 GB.");
     StartChanging();
     PageCacheEntry* entry = NewEntry(m_pageCount);
+    std::ranges::fill(entry->Data(), std::byte{0});
     ++m_pageCount;
     entry->level = m_levels.back().id;
     return EditOf(entry);

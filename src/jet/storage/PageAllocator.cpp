@@ -19,8 +19,7 @@ RowId GlobalMap(Pager& pager)
     const PageView header = pager.Read(0);
     Bytes page(header.Data().begin(), header.Data().end());
     ToggleHeaderMask(page, pager.Version());
-    const std::uint32_t pointer = GetU32(page, 0x18);
-    return {pointer >> 8, static_cast<std::uint8_t>(pointer)};
+    return RowIdFromPointer(GetU32(page, 0x18));
 }
 
 } // namespace
@@ -86,7 +85,7 @@ void PageAllocator::Free(PageNumber page)
 RowId PageAllocator::AllocateMap(PageNumber tryFirst)
 {
     NoticeRollbacks();
-    const std::size_t length = MapPage::NewRowLength(m_pager.Version());
+    constexpr std::size_t length = MapPage::kNewRowLength;
     const auto slotOn = [&](PageNumber number) -> std::optional<int> {
         if (number < 2 || number >= m_pager.PageCount())
             return std::nullopt;
@@ -104,15 +103,13 @@ RowId PageAllocator::AllocateMap(PageNumber tryFirst)
     }
     if (!slot) {
         const PageEdit edit = Allocate();
-        MapPage::Format(edit.Data(), m_pager.Version());
+        DataPageEdit::Format(edit, MapPage::kOwner);
         number = edit.Number();
         slot = 0;
     }
     m_mapPage = number;
-    PageEdit edit = m_pager.Write(number);
-    MapPage::Resize(m_pager, edit, *slot, length);
-    const auto row = MapPage(m_pager, number, edit.Data()).At(*slot);
-    std::fill_n(edit.Data().begin() + static_cast<std::ptrdiff_t>(row.start), length, std::byte{0});
+    const std::vector<std::byte> empty(length);
+    MapPage::SetRow(m_pager, number, *slot, empty);
     return {number, static_cast<std::uint8_t>(*slot)};
 }
 
@@ -121,14 +118,9 @@ void PageAllocator::FreeMap(RowId map)
     NoticeRollbacks();
     for (const PageNumber page : UsageMap(m_pager, map).BitmapPages())
         Free(page);
-    bool empty = false;
-    {
-        PageEdit edit = m_pager.Write(map.page);
-        MapPage::Erase(m_pager, edit, map.slot);
-        empty = map.page >= kFirstFloatingPage &&
-                !MapPage(m_pager, map.page, edit.Data()).HasLiveRows();
-    }
-    if (empty) {
+    DataPageEdit edit(m_pager, map.page);
+    edit.Erase(map.slot);
+    if (map.page >= kFirstFloatingPage && edit.View().IsEmpty()) {
         Free(map.page);
         if (m_mapPage == map.page)
             m_mapPage = 0;

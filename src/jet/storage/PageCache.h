@@ -9,11 +9,12 @@
 
 namespace jet {
 
-/// One page in memory.
+/// One page in memory. Its bytes are undetermined until they are filled: nearly
+/// always they are read from the file at once, and clearing them first is dear.
 class PageCacheEntry {
 public:
     PageCacheEntry(PageNumber number, std::size_t size)
-        : m_number(number), m_size(size), m_bytes(std::make_unique<std::byte[]>(size))
+        : m_number(number), m_size(size), m_bytes(std::make_unique_for_overwrite<std::byte[]>(size))
     {}
 
     PageNumber Number() const { return m_number; }
@@ -39,7 +40,7 @@ public:
     PageCache(std::size_t pageSize, std::size_t bytes);
 
     PageCacheEntry* Find(PageNumber page) const { return m_table.Get(page); }
-    /// A new entry; its bytes are the caller's to fill. There must be none yet.
+    /// A new entry, whose bytes the caller has to fill. There must be none yet.
     PageCacheEntry* Insert(PageNumber page);
     /// Forgets a page. Who still has it pinned keeps the bytes.
     void Drop(PageCacheEntry* entry);

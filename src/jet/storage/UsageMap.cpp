@@ -66,8 +66,8 @@ public:
     MapView(Pager& pager, RowId where) : m_page(pager.Read(where.page))
     {
         const MapPage page(pager, where.page, m_page.Data());
-        const MapPage::Row row = page.At(where.slot);
-        if (row.deleted)
+        const Slot row = page.At(where.slot);
+        if (row.flags != 0)
             ThrowDamaged(pager, where, "is gewist maar nog in gebruik");
         start = row.start;
         bytes = m_page.Data().subspan(row.start, row.length);
@@ -218,13 +218,13 @@ bool UsageMap::SetInline(PageNumber page, bool member, const Growth& growth)
         return false;
     if (newLength > length) {
         const PageView view = m_pager->Read(m_where.page);
-        if (MapPage(*m_pager, m_where.page, view.Data()).FreeBytes() < newLength - length)
+        if (MapPage(*m_pager, m_where.page, view.Data()).Free() < newLength - length)
             return false;
     }
 
-    PageEdit edit = m_pager->Write(m_where.page);
     if (newLength > length)
-        MapPage::Resize(*m_pager, edit, m_where.slot, newLength);
+        MapPage::Resize(*m_pager, m_where.page, m_where.slot, newLength);
+    const PageEdit edit = m_pager->Write(m_where.page);
     const std::size_t start = MapPage(*m_pager, m_where.page, edit.Data()).At(m_where.slot).start;
     PutU32(edit.Data(), start + 1, newFirst);
     const auto newBitmap = edit.Data().subspan(start + 5, newLength - 5);
@@ -250,16 +250,10 @@ void UsageMap::GoOverToReferences(const Growth& growth)
         first = map.First();
         bitmap.assign(map.Bitmap().begin(), map.Bitmap().end());
     }
-    {
-        PageEdit edit = m_pager->Write(m_where.page);
-        const std::size_t needed = MapPage::NewRowLength(m_pager->Version());
-        if (bitmap.size() + 5 < needed) // shorter than any engine makes them
-            MapPage::Resize(*m_pager, edit, m_where.slot, needed);
-        const auto row = MapPage(*m_pager, m_where.page, edit.Data()).At(m_where.slot);
-        const auto bytes = edit.Data().subspan(row.start, row.length);
-        std::fill(bytes.begin(), bytes.end(), std::byte{0});
-        PutU8(bytes, 0, kByReference);
-    }
+    // Some rows are shorter than any engine makes them.
+    Bytes row(std::max(bitmap.size() + 5, MapPage::kNewRowLength));
+    PutU8(row, 0, kByReference);
+    MapPage::SetRow(*m_pager, m_where.page, m_where.slot, row);
     if (!growth.membersBehindEnd) {
         for (auto bit = FindBit(bitmap, 0); bit; bit = FindBit(bitmap, *bit + 1))
             SetReferenced(static_cast<PageNumber>(first + *bit), true, growth);

@@ -1,19 +1,11 @@
 #pragma once
 
-#include "jet/storage/Pager.h"
+#include "jet/storage/RowId.h"
 
-#include <compare>
 #include <functional>
 #include <vector>
 
 namespace jet {
-
-/// Where a row stands: its page and its slot there.
-struct RowId {
-    PageNumber page = 0;
-    std::uint8_t slot = 0;
-    auto operator<=>(const RowId&) const = default;
-};
 
 /// A set of page numbers kept in a row of a data page:
 ///

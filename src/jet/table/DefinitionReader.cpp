@@ -1,6 +1,6 @@
-#include "jet/table/DataPage.h"
+#include "jet/storage/DataPage.h"
+#include "jet/storage/Faults.h"
 #include "jet/table/DefinitionLayout.h"
-#include "jet/table/Faults.h"
 
 #include "jet/base/ByteOrder.h"
 #include "jet/base/Text.h"

@@ -1,7 +1,7 @@
 #include "jet/table/RowReader.h"
 
 #include "jet/base/Error.h"
-#include "jet/table/Faults.h"
+#include "jet/storage/Faults.h"
 
 namespace jet {
 

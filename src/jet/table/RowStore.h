@@ -1,6 +1,7 @@
 #pragma once
 
-#include "jet/table/DataPage.h"
+#include "jet/storage/DataPage.h"
+#include "jet/storage/PageAllocator.h"
 
 #include <optional>
 #include <span>

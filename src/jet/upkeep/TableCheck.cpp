@@ -2,7 +2,7 @@
 
 #include "jet/base/ByteOrder.h"
 #include "jet/base/Text.h"
-#include "jet/table/DataPage.h"
+#include "jet/storage/DataPage.h"
 #include "jet/table/LongValues.h"
 #include "jet/table/RowView.h"
 

@@ -1,22 +1,12 @@
 #pragma once
 
-#include "jet/storage/PageAllocator.h"
+#include "jet/storage/RowId.h"
 
 #include <span>
 
 namespace jet {
 
 inline constexpr std::size_t kLargestPage = 4096;
-
-/// A row pointer as it stands in the file: the page in the upper 24 bits.
-inline RowId RowIdFromPointer(std::uint32_t pointer)
-{
-    return {pointer >> 8, static_cast<std::uint8_t>(pointer)};
-}
-inline std::uint32_t PointerFromRowId(RowId row)
-{
-    return row.page << 8 | row.slot;
-}
 
 /// Owner field of the pages that hold long values: the letters "LVAL".
 inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C;

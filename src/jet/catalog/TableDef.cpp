@@ -1,4 +1,4 @@
-#include "jet/dao/TableDef.h"
+#include "jet/catalog/TableDef.h"
 
 #include "jet/base/Text.h"
 

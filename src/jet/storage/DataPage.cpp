@@ -1,7 +1,7 @@
-#include "jet/table/DataPage.h"
+#include "jet/storage/DataPage.h"
 
 #include "jet/base/ByteOrder.h"
-#include "jet/table/Faults.h"
+#include "jet/storage/Faults.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "jet/table/Faults.h"
+#include "jet/storage/Faults.h"
 
 #include "jet/base/Text.h"
 
