@@ -18,5 +18,7 @@ namespace platform {
 void SetScreenSaverActive(bool active);
 /// The user's name, empty if unknown.
 [[nodiscard]] QString UserName();
+/// The user's desktop asks programs for dark windows; false when it does not say.
+[[nodiscard]] bool DesktopPrefersDark();
 
 } // namespace platform

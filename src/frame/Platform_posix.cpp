@@ -70,8 +70,34 @@ void SetScreenSaverActive(bool active)
         inhibited = bus.asyncCall(call);
     }
 }
+
+bool DesktopPrefersDark()
+{
+    constexpr int kPatience = 300; // ms: the window waits for the answer
+    constexpr uint kPreferDark = 1;
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return false;
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+        "org.freedesktop.portal.Settings", "Read");
+    question << QString("org.freedesktop.appearance") << QString("color-scheme");
+    const QDBusMessage answer = bus.call(question, QDBus::Block, kPatience);
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty())
+        return false;
+    // A variant in a variant.
+    QVariant value = answer.arguments().constFirst();
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value.toUInt() == kPreferDark;
+}
 #else
 void SetScreenSaverActive(bool) {}
+
+bool DesktopPrefersDark()
+{
+    return false;
+}
 #endif
 
 QString UserName()

@@ -101,4 +101,14 @@ QString UserName()
     return GetUserNameW(buffer.data(), &size) ? QString::fromWCharArray(buffer.data()) : QString();
 }
 
+bool DesktopPrefersDark()
+{
+    DWORD light = 1;
+    DWORD size = sizeof light;
+    const LSTATUS result = RegGetValueW(
+        HKEY_CURRENT_USER, L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize",
+        L"AppsUseLightTheme", RRF_RT_REG_DWORD, nullptr, &light, &size);
+    return result == ERROR_SUCCESS && light == 0;
+}
+
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "mainwindow/Commands.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QSvgRenderer>
@@ -27,6 +28,30 @@ QPixmap Painted(QSvgRenderer& renderer, int size)
     QPainter painter(&pixmap);
     renderer.render(&painter);
     return pixmap;
+}
+
+QByteArray CommandDrawing(int command)
+{
+    return Drawing(QString("tool%1").arg(command, 2, 10, QChar('0')));
+}
+
+/// A looking glass as the mouse pointer, with a rim that sets it off from any map.
+QCursor PictureCursor(int command)
+{
+    constexpr int kSize = 24;
+    constexpr int kMiddleOfGlass = 10;
+    const QByteArray drawing = CommandDrawing(command);
+    QByteArray rim = drawing;
+    rim.replace("#303030", "#ffffff").replace("stroke-width=\"1.6\"", "stroke-width=\"4\"");
+    const double ratio = qApp->devicePixelRatio();
+    QPixmap picture(qRound(kSize * ratio), qRound(kSize * ratio));
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    for (const QByteArray& layer : {rim, drawing})
+        QSvgRenderer(layer).render(&painter);
+    painter.end();
+    picture.setDevicePixelRatio(ratio);
+    return QCursor(picture, kMiddleOfGlass, kMiddleOfGlass);
 }
 
 } // namespace
@@ -70,13 +95,14 @@ int ButtonIndexOfMenu(const QString& menu)
     return -1;
 }
 
-Qt::CursorShape CursorOfMapPointer(int mapPointer)
+QCursor CursorOfMapPointer(int mapPointer)
 {
+    constexpr int kZoomOut = 6;
     switch (mapPointer) {
     case 2:
         return Qt::CrossCursor;
     case 52:
-        return Qt::SizeAllCursor;
+        return PictureCursor(kZoomOut);
     case 53:
         return Qt::OpenHandCursor;
     default:
@@ -86,11 +112,11 @@ Qt::CursorShape CursorOfMapPointer(int mapPointer)
 
 QIcon CommandIcon(int command, const QPalette& palette)
 {
-    QByteArray drawing = Drawing(QString("tool%1").arg(command, 2, 10, QChar('0')));
+    QByteArray drawing = CommandDrawing(command);
     const QColor ink = palette.color(QPalette::Active, QPalette::WindowText);
     QSvgRenderer renderer(drawing.replace("#303030", ink.name().toLatin1()));
     QIcon icon;
-    for (const int size : {24, 48}) {
+    for (const int size : {24, 36, 48, 72}) {
         const QPixmap enabled = Painted(renderer, size);
         icon.addPixmap(enabled, QIcon::Normal);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCursor>
 #include <QIcon>
 #include <QList>
 #include <QPalette>
@@ -21,8 +22,8 @@ int ButtonIndexOfCommand(int command);
 /// -1 when the menu entry has no button.
 int ButtonIndexOfMenu(const QString& menu);
 
-/// The pointers of map tools: 0 arrow, 2 cross, 52 zoom out, 53 hand.
-Qt::CursorShape CursorOfMapPointer(int mapPointer);
+/// The pointers of map tools: 0 arrow, 2 cross, 52 looking glass, 53 hand.
+QCursor CursorOfMapPointer(int mapPointer);
 
 /// The picture of a command, its lines in the text colour of `palette`, for
 /// screens of any resolution.

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QCursor>
 #include <QString>
 #include <QStringList>
-#include <QtCore/qnamespace.h>
 
 /// What the main window asks of its panes and of the database. The roof ties the
 /// real ones; without them the window stands empty and their commands are off.
@@ -13,7 +13,7 @@ public:
     virtual ~MapPane() = default;
     virtual void AddAchtergrondLayers() = 0;
     /// The tool of a toolbar command is chosen.
-    virtual void SelectTool(int command, Qt::CursorShape pointer) = 0;
+    virtual void SelectTool(int command, const QCursor& pointer) = 0;
     virtual void ShowLabels(bool on) = 0;
     virtual void RefreshMap() = 0;
 };

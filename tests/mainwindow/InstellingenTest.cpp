@@ -116,10 +116,15 @@ TEST(CommandsTest, PicturesAreDrawnInTheColourOfText)
 
 TEST(CommandsTest, MapToolsHaveTheirPointers)
 {
-    EXPECT_EQ(CursorOfMapPointer(0), Qt::ArrowCursor);
-    EXPECT_EQ(CursorOfMapPointer(2), Qt::CrossCursor);
-    EXPECT_NE(CursorOfMapPointer(52), Qt::ArrowCursor);
-    EXPECT_EQ(CursorOfMapPointer(53), Qt::OpenHandCursor);
+    EXPECT_EQ(CursorOfMapPointer(0).shape(), Qt::ArrowCursor);
+    EXPECT_EQ(CursorOfMapPointer(2).shape(), Qt::CrossCursor);
+    EXPECT_EQ(CursorOfMapPointer(53).shape(), Qt::OpenHandCursor);
+    const QCursor glass = CursorOfMapPointer(52);
+    EXPECT_EQ(glass.shape(), Qt::BitmapCursor);
+    const QImage picture = glass.pixmap().toImage();
+    EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
+    const QPoint onTheRing(16, 10);
+    EXPECT_GT(picture.pixelColor(onTheRing * picture.devicePixelRatio()).alpha(), 200);
 }
 
 } // namespace

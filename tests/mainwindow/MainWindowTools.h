@@ -15,7 +15,7 @@
 class FakeMap : public MapPane {
 public:
     void AddAchtergrondLayers() override { calls.append("lagen"); }
-    void SelectTool(int command, Qt::CursorShape shape) override
+    void SelectTool(int command, const QCursor& shape) override
     {
         calls.append("gereedschap " + QString::number(command));
         pointer = shape;
@@ -24,7 +24,7 @@ public:
     void RefreshMap() override { calls.append("ververs"); }
 
     QStringList calls;
-    Qt::CursorShape pointer = Qt::BlankCursor;
+    QCursor pointer;
 };
 
 class FakeBrowser : public BrowserPane {

@@ -164,7 +164,7 @@ TEST_F(frmMainTest, AMapToolStaysDownAloneAndGivesTheMapItsPointer)
     m_window->ToolbarsClick(2);
     EXPECT_EQ(m_window->GetChekedButton(), 2);
     EXPECT_TRUE(m_map.calls.contains("gereedschap 4"));
-    EXPECT_EQ(m_map.pointer, Qt::OpenHandCursor);
+    EXPECT_EQ(m_map.pointer.shape(), Qt::OpenHandCursor);
     EXPECT_TRUE(m_window->MenuAction("mnuBewerkenItem_2")->isChecked());
     EXPECT_FALSE(m_window->MenuAction("mnuBewerkenItem_0")->isChecked());
     EXPECT_FALSE(m_window->ToolbarAction(0)->isChecked());

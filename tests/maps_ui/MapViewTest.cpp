@@ -3,6 +3,7 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
 
@@ -169,6 +170,28 @@ TEST_F(MapViewTest, TheSelectionIsDrawnByNameWithoutRegardToCase)
     const QImage image = map.grab().toImage();
     EXPECT_EQ(image.pixelColor(306, 150), QColor(255, 255, 0)); // 300 is the centre
     EXPECT_EQ(image.pixelColor(94, 100), QColor(Qt::white));
+}
+
+TEST_F(MapViewTest, AMouseThatRestsOnAPointIsToldItsName)
+{
+    Move({101, 99});
+    EXPECT_TRUE(QTest::qWaitFor([] { return QToolTip::text() == "Plas-01"; }, 2000));
+    Move({250, 20}); // away from all points
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 2000));
+    QTest::qWait(150);
+    EXPECT_FALSE(QToolTip::isVisible());
+}
+
+TEST_F(MapViewTest, NamesStayWhereTheyAreWhileTheMapMoves)
+{
+    map.SetLabels(true, map.font(), Qt::black);
+    map.SetPoints({{2000, 1000, "Plas-01", Qt::red}});
+    const QImage before = map.grab().toImage();
+    SetTool(MapView::Tool::Pan);
+    Drag({100, 100}, {130, 110});
+    const QImage after = map.grab().toImage();
+    const QRect around(150, 80, 130, 40);
+    EXPECT_EQ(after.copy(around.translated(30, 10)), before.copy(around));
 }
 
 } // namespace

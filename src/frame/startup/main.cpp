@@ -1,6 +1,7 @@
 #include "frame/startup/Main.h"
 #include "frame/Paths.h"
 #include "frame/Platform.h"
+#include "frame/ui/DesktopTheme.h"
 #include "frame/ui/MessageBoxes.h"
 #include "frame/ui/QtTexts.h"
 #include "mainwindow/Commands.h"
@@ -14,6 +15,7 @@ int main(int argc, char** argv)
         QApplication application(argc, argv);
         QApplication::setApplicationName(ApplicationTitle());
         QApplication::setQuitOnLastWindowClosed(false); // the close routine quits
+        FollowDesktopTheme(platform::DesktopPrefersDark());
         QApplication::setWindowIcon(ProgramIcon());
         InstallQtTexts();
         InstallWindowParts();

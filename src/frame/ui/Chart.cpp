@@ -1,5 +1,6 @@
 #include "frame/ui/Chart.h"
 
+#include "frame/ui/Colours.h"
 #include "frame/ui/NumberPattern.h"
 
 #include <qcustomplot.h>
@@ -50,23 +51,6 @@ private:
         return ticks;
     }
 };
-
-double Luminance(const QColor& colour)
-{
-    return 0.299 * colour.redF() + 0.587 * colour.greenF() + 0.114 * colour.blueF();
-}
-
-/// The colour itself where it can be seen on `background`, otherwise the same
-/// hue, lighter or darker.
-QColor Visible(const QColor& colour, const QColor& background)
-{
-    constexpr double kEnough = 0.25;
-    if (std::abs(Luminance(colour) - Luminance(background)) >= kEnough)
-        return colour;
-    const double lightness = Luminance(background) < 0.5 ? 0.75 : 0.3;
-    return QColor::fromHslF(qMax(0.0F, colour.hslHueF()), colour.hslSaturationF(),
-                            static_cast<float>(lightness));
-}
 
 } // namespace
 
@@ -383,7 +367,7 @@ void Chart::ApplyTheme(const Theme& theme) const
     if (m_headingElement)
         m_headingElement->setTextColor(theme.ink);
     for (const Series& series : m_series) {
-        QPen pen(Visible(series.style.colour, theme.background), series.style.width);
+        QPen pen(VisibleOn(theme.background, series.style.colour), series.style.width);
         pen.setCapStyle(Qt::RoundCap);
         pen.setJoinStyle(Qt::RoundJoin);
         series.curve->setPen(pen);

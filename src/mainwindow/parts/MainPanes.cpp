@@ -139,7 +139,7 @@ void MainPanes::RefreshLocatiesAndLabelsOpMap()
     ShowSelection();
 }
 
-void MainPanes::SelectTool(int command, Qt::CursorShape pointer)
+void MainPanes::SelectTool(int command, const QCursor& pointer)
 {
     m_map->SetTool(static_cast<MapView::Tool>(command), pointer);
 }

@@ -67,7 +67,7 @@ public:
 
     // MapPane
     void AddAchtergrondLayers() override {} // there are none yet
-    void SelectTool(int command, Qt::CursorShape pointer) override;
+    void SelectTool(int command, const QCursor& pointer) override;
     void ShowLabels(bool on) override;
     void RefreshMap() override;
 

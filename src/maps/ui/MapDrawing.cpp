@@ -1,5 +1,7 @@
 #include "maps/ui/MapDrawing.h"
 
+#include "frame/ui/Colours.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -7,13 +9,19 @@
 
 namespace {
 
-constexpr double kLabelGap = 3;         // pixels between symbol and name
 constexpr double kScaleBarLength = 120; // pixels, at most
 constexpr double kScaleBarMargin = 12;
 
-void DrawSymbol(QPainter& painter, QPointF centre, double radius, const QColor& colour)
+/// A rim sets a symbol off from any paper.
+QColor RimOf(const QColor& colour, const QColor& paper)
 {
-    painter.setPen(QPen(colour.darker(180), 1));
+    return Luminance(paper) < 0.5 ? VisibleOn(paper, colour).lighter(130) : colour.darker(180);
+}
+
+void DrawSymbol(QPainter& painter, QPointF centre, double radius, const QColor& colour,
+                const QColor& paper)
+{
+    painter.setPen(QPen(RimOf(colour, paper), 1));
     painter.setBrush(colour);
     painter.drawEllipse(centre, radius, radius);
 }
@@ -35,27 +43,6 @@ void DrawText(QPainter& painter, QPointF baseline, const QString& text, const QF
     painter.drawText(baseline, text);
 }
 
-struct Label {
-    QPointF baseline;
-    QString text;
-};
-
-/// The names that are in view, also of points that lie left of it.
-std::vector<Label> VisibleLabels(const QRectF& window, const MapTransform& transform,
-                                 const std::vector<MapPoint>& points, const MapLook& look)
-{
-    std::vector<Label> labels;
-    const QFontMetricsF metrics(look.labelFont);
-    const QPointF offset(look.symbolSize / 2.0 + kLabelGap,
-                         (metrics.ascent() - metrics.descent()) / 2);
-    for (const MapPoint& point : points) {
-        const QPointF baseline = transform.ToPixel(point.x, point.y) + offset;
-        if (window.intersects(metrics.boundingRect(point.name).translated(baseline)))
-            labels.push_back({baseline, point.name});
-    }
-    return labels;
-}
-
 } // namespace
 
 void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& transform,
@@ -65,23 +52,34 @@ void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& tra
     const double radius = look.symbolSize / 2.0;
     const QRectF view = window.adjusted(-2 * radius, -2 * radius, 2 * radius, 2 * radius);
     painter.setRenderHint(QPainter::Antialiasing);
-    // Rims first: a name must not wipe out its neighbours.
-    const std::vector<Label> labels =
-        look.labels ? VisibleLabels(window, transform, points, look) : std::vector<Label>();
-    for (const Label& label : labels)
-        DrawRim(painter, label.baseline, label.text, look.labelFont, look);
     for (const MapPoint& point : points) {
         const QPointF centre = transform.ToPixel(point.x, point.y);
         if (view.contains(centre) && selected.contains(point.name.toLower()))
-            DrawSymbol(painter, centre, radius + 4, look.selection);
+            DrawSymbol(painter, centre, radius + 4, look.selection, look.paper);
     }
     for (const MapPoint& point : points) {
         const QPointF centre = transform.ToPixel(point.x, point.y);
         if (point.colour.isValid() && view.contains(centre))
-            DrawSymbol(painter, centre, radius, point.colour);
+            DrawSymbol(painter, centre, radius, point.colour, look.paper);
     }
-    for (const Label& label : labels)
-        DrawText(painter, label.baseline, label.text, look.labelFont, look.labelColour);
+}
+
+void DrawLabels(QPainter& painter, const QRectF& window, const MapTransform& transform,
+                const std::vector<MapPoint>& points, const std::vector<PlacedLabel>& labels,
+                const MapLook& look)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor ink = VisibleOn(look.paper, look.labelColour);
+    const double ascent = QFontMetricsF(look.labelFont).ascent();
+    for (const PlacedLabel& label : labels) {
+        const MapPoint& point = points[label.point];
+        const QRectF room = label.room.translated(transform.ToPixel(point.x, point.y));
+        if (!window.intersects(room))
+            continue;
+        const QPointF baseline = room.topLeft() + QPointF(0, ascent);
+        DrawRim(painter, baseline, point.name, look.labelFont, look);
+        DrawText(painter, baseline, point.name, look.labelFont, ink);
+    }
 }
 
 double RoundLength(double metres)

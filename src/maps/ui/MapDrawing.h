@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QRectF>
 #include <QSet>
 #include <QString>
 
@@ -19,10 +20,15 @@ struct MapPoint {
     QColor colour; ///< an invalid colour: no symbol
 };
 
+/// A point's name on the map.
+struct PlacedLabel {
+    std::size_t point = 0; ///< index of the point
+    QRectF room;           ///< of the text, from the middle of the symbol, pixels
+};
+
 /// How the locations look.
 struct MapLook {
     int symbolSize = 8; ///< diameter, pixels
-    bool labels = false;
     QFont labelFont;
     QColor labelColour = Qt::black;
     QColor selection{255, 255, 0};
@@ -32,9 +38,14 @@ struct MapLook {
 };
 
 /// Draws locations as points, the selected ones (names in lower case) on a
-/// wider disc, and their names beside them. What is out of view is left out.
+/// wider disc. What is out of view is left out.
 void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& transform,
                 const std::vector<MapPoint>& points, const QSet<QString>& selected,
+                const MapLook& look);
+
+/// Writes the names that are in view, in a colour that is seen on the paper.
+void DrawLabels(QPainter& painter, const QRectF& window, const MapTransform& transform,
+                const std::vector<MapPoint>& points, const std::vector<PlacedLabel>& labels,
                 const MapLook& look);
 
 /// A bar of a round length, with the length beside it, in the lower left corner.

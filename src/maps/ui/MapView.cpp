@@ -1,8 +1,11 @@
 #include "maps/ui/MapView.h"
 
+#include "maps/ui/LabelPlaces.h"
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QRubberBand>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +21,8 @@ constexpr double kHitDistance = 100.0 / 15; // 100 twips, in pixels
 // Less than this is a click with an unsteady hand, not a rectangle.
 constexpr int kSmallestRectangle = 4;
 constexpr int kKeyStep = 40;
+constexpr int kTipDelay = 100;      // ms
+constexpr QPoint kTipOffset(0, 19); // 290 twips below the mouse
 
 } // namespace
 
@@ -31,6 +36,9 @@ MapView::MapView(QWidget* parent)
     m_look.paper = palette().color(QPalette::Base);
     m_look.ink = palette().color(QPalette::Text);
     m_look.font = font();
+    m_tipTimer.setSingleShot(true);
+    m_tipTimer.setInterval(kTipDelay);
+    connect(&m_tipTimer, &QTimer::timeout, this, &MapView::ShowTip);
     SetExtent(FullExtent({}));
 }
 
@@ -41,6 +49,7 @@ MapView::~MapView() = default;
 void MapView::SetPoints(std::vector<MapPoint> points)
 {
     m_points = std::move(points);
+    m_labelScale = 0;
     update();
 }
 
@@ -49,20 +58,23 @@ void MapView::SetSelection(const QStringList& names)
     m_selected.clear();
     for (const QString& name : names)
         m_selected.insert(name.toLower());
+    m_labelScale = 0;
     update();
 }
 
 void MapView::SetLabels(bool on, const QFont& font, const QColor& colour)
 {
-    m_look.labels = on;
+    m_showLabels = on;
     m_look.labelFont = font;
     m_look.labelColour = colour;
+    m_labelScale = 0;
     update();
 }
 
 void MapView::SetSymbolSize(int pixels)
 {
     m_look.symbolSize = pixels;
+    m_labelScale = 0;
     update();
 }
 
@@ -96,7 +108,19 @@ void MapView::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     painter.fillRect(rect(), m_look.paper);
     DrawPoints(painter, rect(), m_transform, m_points, m_selected, m_look);
+    if (m_showLabels)
+        DrawLabels(painter, rect(), m_transform, m_points, Labels(), m_look);
     DrawScaleBar(painter, rect(), m_transform, m_look);
+}
+
+const std::vector<PlacedLabel>& MapView::Labels()
+{
+    const double scale = m_transform.MetresPerPixel();
+    if (m_labelScale != scale) {
+        m_labels = PlaceLabels(m_points, m_selected, scale, m_look);
+        m_labelScale = scale;
+    }
+    return m_labels;
 }
 
 void MapView::resizeEvent(QResizeEvent* event)
@@ -117,7 +141,7 @@ void MapView::changeEvent(QEvent* event)
 
 // Mouse and keyboard
 
-void MapView::SetTool(Tool tool, Qt::CursorShape pointer)
+void MapView::SetTool(Tool tool, const QCursor& pointer)
 {
     m_tool = tool;
     m_pointer = pointer;
@@ -159,7 +183,8 @@ void MapView::mousePressEvent(QMouseEvent* event)
         update();
         break;
     case Tool::Select:
-        ChooseNearest(event->position());
+        if (const MapPoint* point = PointAt(event->position()))
+            emit PointsChosen({point->name});
     }
 }
 
@@ -172,6 +197,9 @@ void MapView::mouseMoveEvent(QMouseEvent* event)
     } else if (m_drag == Drag::Rectangle) {
         m_band->setGeometry(QRect(m_dragStart, event->pos()).normalized());
     }
+    m_tipPlace = event->pos();
+    QToolTip::hideText();
+    m_tipTimer.start();
     const QPointF place = m_transform.ToMap(event->position());
     emit MouseMoved(place.x(), place.y());
 }
@@ -205,7 +233,7 @@ void MapView::EndRectangle(QPoint position)
     }
 }
 
-void MapView::ChooseNearest(QPointF position)
+const MapPoint* MapView::PointAt(QPointF position) const
 {
     const MapPoint* nearest = nullptr;
     double smallest = kHitDistance;
@@ -217,8 +245,14 @@ void MapView::ChooseNearest(QPointF position)
             nearest = &point;
         }
     }
-    if (nearest)
-        emit PointsChosen({nearest->name});
+    return nearest;
+}
+
+void MapView::ShowTip()
+{
+    const MapPoint* point = m_drag == Drag::None ? PointAt(m_tipPlace) : nullptr;
+    if (point)
+        QToolTip::showText(mapToGlobal(m_tipPlace + kTipOffset), point->name, this);
 }
 
 void MapView::ChooseInside(const MapRectangle& rectangle)

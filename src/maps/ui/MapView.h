@@ -2,6 +2,8 @@
 
 #include "maps/ui/MapDrawing.h"
 
+#include <QCursor>
+#include <QTimer>
 #include <QWidget>
 
 class QRubberBand;
@@ -9,6 +11,9 @@ class QRubberBand;
 /// A map with the locations as points. The tool that is chosen decides what the
 /// left button does; the wheel zooms around the mouse, the middle button pans,
 /// and with the keyboard the arrows pan and + and - zoom, whatever the tool.
+/// A mouse that rests on a point is told its name.
+///
+/// Points are given and kept: drawing them again asks nobody for them.
 class MapView : public QWidget, public ExtentMap {
     Q_OBJECT
 
@@ -24,7 +29,7 @@ public:
     void SetSelection(const QStringList& names);
     void SetLabels(bool on, const QFont& font, const QColor& colour);
     void SetSymbolSize(int pixels);
-    void SetTool(Tool tool, Qt::CursorShape pointer);
+    void SetTool(Tool tool, const QCursor& pointer);
     Tool CurrentTool() const { return m_tool; }
 
     /// The rectangle around all points; without points it has no width.
@@ -56,15 +61,23 @@ private:
 
     void StartDrag(Drag drag, QPoint position);
     void EndRectangle(QPoint position);
-    void ChooseNearest(QPointF position);
+    /// The nearest point in reach of the mouse; null when there is none.
+    const MapPoint* PointAt(QPointF position) const;
+    void ShowTip();
+    const std::vector<PlacedLabel>& Labels();
     void ChooseInside(const MapRectangle& rectangle);
 
     MapTransform m_transform;
     MapLook m_look;
     std::vector<MapPoint> m_points;
     QSet<QString> m_selected; // lower-cased names
+    bool m_showLabels = false;
+    std::vector<PlacedLabel> m_labels; // for m_labelScale; 0: to be placed anew
+    double m_labelScale = 0;
+    QTimer m_tipTimer;
+    QPoint m_tipPlace;
     Tool m_tool = Tool::Select;
-    Qt::CursorShape m_pointer = Qt::ArrowCursor;
+    QCursor m_pointer;
     Drag m_drag = Drag::None;
     QPoint m_dragStart;
     QRubberBand* m_band; // child
