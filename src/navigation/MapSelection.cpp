@@ -27,7 +27,7 @@ bool MapSelection::IsPreselected(const QTreeWidgetItem* locatie)
     return background.style() != Qt::NoBrush && background.color() == kGeselecteerd;
 }
 
-void MapSelection::ColorSelectionInTreeView(const NavTree& tree) const
+void MapSelection::ColorSelectionInTreeView(const NavTree& tree, const QString& spoken) const
 {
     const QTreeWidgetItem* root = tree.GetNodeByKey(navkey::RootLocaties);
     if (!root)
@@ -39,6 +39,7 @@ void MapSelection::ColorSelectionInTreeView(const NavTree& tree) const
             continue;
         locatie->setBackground(0, selected ? QBrush(kGeselecteerd) : QBrush());
         locatie->setForeground(0, selected ? QBrush(kTekstOpGeselecteerd) : QBrush());
+        locatie->setData(0, Qt::AccessibleDescriptionRole, selected ? spoken : QString());
     }
 }
 
@@ -48,6 +49,13 @@ void MapSelection::AddALocation2Selection(const QString& naam)
         return;
     m_namen << naam;
     m_index << naam.toLower();
+}
+
+void MapSelection::RemoveALocationFromSelection(const QString& naam)
+{
+    if (m_index.remove(naam.toLower()))
+        m_namen.removeIf(
+            [&](const QString& een) { return een.compare(naam, Qt::CaseInsensitive) == 0; });
 }
 
 bool MapSelection::IsSelectedLocation(const QString& naam) const

@@ -18,12 +18,14 @@ public:
     /// ColorSelectionInTreeView.
     void ResetSelectie();
     /// Gives the nodes of the selected locations the background colour that
-    /// says "selected", and the other locations their normal one.
-    void ColorSelectionInTreeView(const NavTree& tree) const;
+    /// says "selected", and the other locations their normal one. `spoken` is what
+    /// a screen reader adds to a selected name.
+    void ColorSelectionInTreeView(const NavTree& tree, const QString& spoken = {}) const;
     /// What the dialogs go by: the node has that background colour (65535, yellow).
     [[nodiscard]] static bool IsPreselected(const QTreeWidgetItem* locatie);
 
     void AddALocation2Selection(const QString& naam);
+    void RemoveALocationFromSelection(const QString& naam);
     /// Of records with the field OMSCHR: those of the database and those of
     /// the map's location layer.
     template <typename Records>

@@ -22,6 +22,8 @@ QMap<QString, bool> CommandsOfNode(const NodeState& node)
         node.tag == navtag::Berekening || node.tag == navtag::Dijkringberekening;
 
     return {
+        {"mnuLocatieDelete", node.selection},
+
         {"mnuDijkringEdit", belowDijkringen},
         {"mnuDijkringDelete", belowDijkringen},
         {"mnuDijkringRename", belowDijkringen},

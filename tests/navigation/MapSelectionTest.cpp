@@ -28,6 +28,19 @@ TEST(MapSelectionTest, HoldsNamesFromOneWithoutDoubles)
     EXPECT_FALSE(selection.IsSelectedLocation("Plas-01"));
 }
 
+TEST(MapSelectionTest, ALocationCanBeTakenOut)
+{
+    MapSelection selection;
+    for (const char* naam : {"A", "B", "C"})
+        selection.AddALocation2Selection(naam);
+    selection.RemoveALocationFromSelection("b");
+    selection.RemoveALocationFromSelection("onbekend");
+    EXPECT_EQ(selection.Namen(), (QStringList{"A", "C"}));
+    EXPECT_FALSE(selection.IsSelectedLocation("B"));
+    selection.AddALocation2Selection("B");
+    EXPECT_EQ(selection.GetLocatieNaam(3), "B");
+}
+
 TEST(MapSelectionTest, TheExpressionIsAChainOfAlternatives)
 {
     MapSelection selection;
@@ -86,6 +99,23 @@ TEST_F(MapSelectionTreeTest, SelectedLocationsAreYellowAndTheOthersNot)
     selection.ColorSelectionInTreeView(tree);
     EXPECT_EQ(Gekleurd(), QStringList{"Plas-04"});
     EXPECT_EQ(tree.GetNodeByKey("ROOTLOCATIES\\Plas-03")->background(0).style(), Qt::NoBrush);
+}
+
+TEST_F(MapSelectionTreeTest, SelectedLocationsAreReadableAndSpoken)
+{
+    QPalette dark;
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    view.setPalette(dark);
+    selection.AddALocation2Selection("Plas-03");
+    selection.ColorSelectionInTreeView(tree, "Geselecteerd");
+    const auto* node = tree.GetNodeByKey("ROOTLOCATIES\\Plas-03");
+    EXPECT_EQ(node->foreground(0).color(), QColor(Qt::black)) << "on yellow, in any theme";
+    EXPECT_EQ(node->data(0, Qt::AccessibleDescriptionRole).toString(), "Geselecteerd");
+    selection.ResetSelectie();
+    selection.ColorSelectionInTreeView(tree, "Geselecteerd");
+    EXPECT_EQ(node->foreground(0).style(), Qt::NoBrush) << "the theme's own colour again";
+    EXPECT_EQ(node->data(0, Qt::AccessibleDescriptionRole).toString(), "");
 }
 
 TEST_F(MapSelectionTreeTest, WithoutALocationsRootNothingIsColoured)

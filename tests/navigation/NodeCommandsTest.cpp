@@ -31,9 +31,7 @@ QStringList Sorted(QStringList names)
 TEST(NodeCommandsTest, ARootAllowsDikeNormalsAlone)
 {
     for (const char* root : {"ROOTLOCATIES", "ROOTDIJKRINGEN", "ROOTPROFIELEN", "ROOTBEREKENINGEN"})
-        EXPECT_EQ(Enabled({.key = root, .selection = true}),
-                  QStringList{"mnuBerekeningDijknormalen"})
-            << root;
+        EXPECT_EQ(Enabled({.key = root}), QStringList{"mnuBerekeningDijknormalen"}) << root;
 }
 
 TEST(NodeCommandsTest, BelowTheRingsTheRingCommandsAreOn)
@@ -49,7 +47,7 @@ TEST(NodeCommandsTest, BelowTheLocationsAComputationCanStartWhenSomethingIsSelec
     for (const char* tag : {"LOCATIE", "PRDIR", "BRDIR"}) {
         EXPECT_EQ(Enabled({.key = "ROOTLOCATIES\\A", .tag = tag}), kLocatie) << tag;
         EXPECT_EQ(Enabled({.key = "ROOTLOCATIES\\A", .tag = tag, .selection = true}),
-                  Sorted(kLocatie + QStringList{"mnuBerekeningStart"}))
+                  Sorted(kLocatie + QStringList{"mnuBerekeningStart", "mnuLocatieDelete"}))
             << tag;
     }
 }
@@ -80,8 +78,9 @@ TEST(NodeCommandsTest, AProfileIsAssignedFromItsOwnListWithASelection)
         Enabled({.key = "ROOTLOCATIES\\A\\profielen\\P", .tag = "PROFIEL", .selection = true})
             .contains("mnuProfielAssign2SelectedLocations"));
     EXPECT_EQ(Enabled({.key = "ROOTPROFIELEN\\P", .tag = "PROFIEL"}), profiel);
-    EXPECT_EQ(Enabled({.key = "ROOTPROFIELEN\\P", .tag = "PROFIEL", .selection = true}),
-              Sorted(profiel + QStringList{"mnuProfielAssign2SelectedLocations"}));
+    EXPECT_EQ(
+        Enabled({.key = "ROOTPROFIELEN\\P", .tag = "PROFIEL", .selection = true}),
+        Sorted(profiel + QStringList{"mnuLocatieDelete", "mnuProfielAssign2SelectedLocations"}));
 }
 
 TEST(NodeCommandsTest, ResultsCanBeShownWhenThereAreSomeWhateverTheNode)
@@ -89,6 +88,15 @@ TEST(NodeCommandsTest, ResultsCanBeShownWhenThereAreSomeWhateverTheNode)
     EXPECT_EQ(Enabled({.resultaten = true}),
               (QStringList{"mnuWeergaveExportMap", "mnuWeergaveHBN"}));
     EXPECT_TRUE(Enabled({.key = "ROOTPROFIELEN", .resultaten = true}).contains("mnuWeergaveHBN"));
+}
+
+TEST(NodeCommandsTest, ASelectionCanBeDeletedWhateverTheNode)
+{
+    EXPECT_EQ(Enabled({.selection = true}), QStringList{"mnuLocatieDelete"});
+    for (const char* root : {"ROOTLOCATIES", "ROOTDIJKRINGEN", "ROOTPROFIELEN", "ROOTBEREKENINGEN"})
+        EXPECT_EQ(Enabled({.key = root, .selection = true}),
+                  (QStringList{"mnuBerekeningDijknormalen", "mnuLocatieDelete"}))
+            << root;
 }
 
 TEST(NodeCommandsTest, WithoutANodeEverythingIsOff)

@@ -6,12 +6,12 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QPointer>
+#include <QPainter>
 #include <QStyledItemDelegate>
 
 namespace {
 
-/// Lets the user edit a node's text and hands the outcome on; the text itself
+/// Paints a node, lets the user edit its text and hands the outcome on; the text itself
 /// changes only when somebody else changes it. An edit that is left by a click
 /// elsewhere without a change was no edit.
 class LabelDelegate : public QStyledItemDelegate {
@@ -48,7 +48,31 @@ public:
             emit m_tree->LabelEdited(node, line->text());
     }
 
+    /// The current node is a selected location at the same time: its colour stays, in a frame of
+    /// the highlight's colour, or nobody could tell.
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::paint(painter, option, index);
+        if (!(option.state & QStyle::State_Selected) || !HasOwnColour(index))
+            return;
+        painter->save();
+        painter->setPen(QPen(option.palette.color(QPalette::Highlight), kFrame));
+        const double half = kFrame / 2.0;
+        painter->drawRect(QRectF(option.rect).adjusted(half, half, -half, -half));
+        painter->restore();
+    }
+
 protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!(option->state & QStyle::State_Selected) || !HasOwnColour(index))
+            return;
+        option->icon = QIcon(option->icon.pixmap(option->decorationSize, QIcon::Selected));
+        option->state &= ~QStyle::State_Selected;
+    }
+
     bool eventFilter(QObject* object, QEvent* event) override
     {
         auto* line = qobject_cast<QLineEdit*>(object);
@@ -60,6 +84,12 @@ protected:
     }
 
 private:
+    static bool HasOwnColour(const QModelIndex& index)
+    {
+        return index.data(Qt::BackgroundRole).isValid();
+    }
+
+    static constexpr int kFrame = 2; // pixels
     BrowserTree* m_tree;
 };
 
@@ -92,7 +122,7 @@ void BrowserTree::mousePressEvent(QMouseEvent* event)
         return event->accept();
     QTreeWidget::mousePressEvent(event);
     if (m_pressed)
-        emit NodeClick(m_pressed);
+        emit NodeClick(m_pressed, event->modifiers());
 }
 
 void BrowserTree::mouseMoveEvent(QMouseEvent* event)
@@ -113,7 +143,7 @@ void BrowserTree::mouseReleaseEvent(QMouseEvent* event)
     }
     QTreeWidget::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && samePlace)
-        emit NodeMouseUp(node);
+        emit NodeMouseUp(node, event->modifiers());
 }
 
 void BrowserTree::mouseDoubleClickEvent(QMouseEvent* event)
@@ -127,35 +157,43 @@ void BrowserTree::mouseDoubleClickEvent(QMouseEvent* event)
 
 void BrowserTree::keyPressEvent(QKeyEvent* event)
 {
+    const int key = event->key();
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
     const bool plain = modifiers == Qt::NoModifier;
-    const bool isMenuKey = (plain && event->key() == Qt::Key_Menu) ||
-                           (modifiers == Qt::ShiftModifier && event->key() == Qt::Key_F10);
-    if (isMenuKey) {
+    const bool control = modifiers == Qt::ControlModifier;
+    const bool shift = modifiers == Qt::ShiftModifier;
+
+    if ((plain && key == Qt::Key_Menu) || (shift && key == Qt::Key_F10)) {
         const QRect rect = currentItem() ? visualItemRect(currentItem()) : QRect();
         emit ContextMenu(viewport()->mapToGlobal(rect.center()));
-        return;
+    } else if (key == Qt::Key_Space) {
+        if (currentItem())
+            emit NodeMouseUp(currentItem(), modifiers);
+    } else if (control && key == Qt::Key_X) {
+        emit CommandKey(Qt::Key_Delete);
+    } else if ((control && key == Qt::Key_A) ||
+               (plain && (key == Qt::Key_F2 || key == Qt::Key_Delete || key == Qt::Key_Return ||
+                          key == Qt::Key_Enter))) {
+        emit CommandKey(key);
+    } else {
+        MoveByKey(event);
     }
-    const bool isCut = modifiers == Qt::ControlModifier && event->key() == Qt::Key_X;
-    switch (event->key()) {
-    case Qt::Key_F2:
-    case Qt::Key_Delete:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        if (plain) {
-            emit CommandKey(event->key());
-            return;
-        }
-        break;
-    default:
-        if (isCut) {
-            emit CommandKey(Qt::Key_Delete);
-            return;
-        }
-    }
+}
+
+void BrowserTree::MoveByKey(QKeyEvent* event)
+{
     const QTreeWidgetItem* before = currentItem();
     QTreeWidget::keyPressEvent(event);
-    if (currentItem() && currentItem() != before)
-        emit NodeClick(currentItem());
+    if (!currentItem() || currentItem() == before)
+        return;
+    emit NodeClick(currentItem(), event->modifiers());
+    if (event->modifiers() & Qt::ShiftModifier)
+        emit NodeMouseUp(currentItem(), event->modifiers());
+}
+
+/// Control does not take the highlight off the current node, as it would by itself.
+QItemSelectionModel::SelectionFlags BrowserTree::selectionCommand(const QModelIndex&,
+                                                                  const QEvent*) const
+{
+    return QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
 }

@@ -8,6 +8,10 @@
 /// A node becomes the control's current one by a left click or by the arrow keys; both
 /// are a click on it. A right click moves nothing, and dragging does not move
 /// the selection along. Changes made by the program are no clicks.
+///
+/// The control itself has one current node and no more. Control and Shift are told
+/// along, since they mean something for the selection of locations, which
+/// shows as the nodes' background.
 class BrowserTree : public QTreeWidget {
     Q_OBJECT
 
@@ -15,13 +19,14 @@ public:
     explicit BrowserTree(QWidget* parent = nullptr);
 
 signals:
-    void NodeClick(QTreeWidgetItem* node);
+    void NodeClick(QTreeWidgetItem* node, Qt::KeyboardModifiers modifiers);
     void NodeDoubleClick(QTreeWidgetItem* node);
-    /// The left button came up over the node that it went down on.
-    void NodeMouseUp(QTreeWidgetItem* node);
+    /// The left button came up over the node that it went down on, or the keyboard did
+    /// what is the same: Space on it, or an arrow key to it with Shift.
+    void NodeMouseUp(QTreeWidgetItem* node, Qt::KeyboardModifiers modifiers);
     /// The right button came up over a node, or the menu key was pressed.
     void ContextMenu(const QPoint& globalPosition);
-    /// F2, Delete, Control+X, Enter or Space, outside an edit.
+    /// F2, Delete (Control+X too), Enter, or A for Control+A; outside an edit.
     void CommandKey(int key);
     /// The user closed a label edit with this text.
     void LabelEdited(QTreeWidgetItem* node, const QString& text);
@@ -32,9 +37,12 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
 
 private:
     QTreeWidgetItem* NodeAt(const QPoint& position) const;
+    void MoveByKey(QKeyEvent* event);
 
     QTreeWidgetItem* m_pressed = nullptr; // only compared
 };

@@ -15,13 +15,15 @@
 
 namespace {
 
+/// Edits the profile that is current and makes a new one on any other node.
+constexpr int kProfielButton = 8;
+
 /// The buttons of the toolbar that do what a command of a node does.
 struct NodeButton {
     int command;
     const char* menu;
 };
 constexpr NodeButton kNodeButtons[] = {
-    {8, "mnuProfielEdit"},
     {9, "mnuDijkringEdit"},
     {10, "mnuBerekeningGrafiekFaalfreq"},
     {11, "mnuBerekeningUitvoer"},
@@ -54,12 +56,14 @@ frmLocaties::frmLocaties(const Omgeving& omgeving, QWidget* parent)
       m_log(omgeving.log),
       m_changes(m_navTree, m_database),
       m_filter(m_navTree),
+      m_clicks(m_navTree, m_mapSelection),
       m_branches(gIniFile())
 {
     TranslateForm(*this, m_iniFile, gLanguage());
     const QString section = "Teksten" + gLanguage();
     m_ui->treLocaties->setAccessibleName(m_iniFile.GetString(
         section, "treLocaties", "Locaties, dijkringen, profielen en berekeningen"));
+    m_spokenSelection = m_iniFile.GetString(section, "geselecteerd", "Geselecteerd");
     const QString filter = m_iniFile.GetString(section, "txtFilter", "Deel van een naam");
     m_ui->txtFilter->setPlaceholderText(filter);
     m_ui->txtFilter->setAccessibleName(filter);
@@ -233,6 +237,7 @@ void frmLocaties::ResetCurrentNode()
             SetBold(node, false);
     for (const NodeButton& button : kNodeButtons)
         m_host.SetEnableButton(button.command, false);
+    m_host.SetEnableButton(kProfielButton, false);
 }
 
 void frmLocaties::ApplyNode(QTreeWidgetItem* node)
@@ -285,6 +290,7 @@ void frmLocaties::ApplyCommands()
             m_host.SetCommandEnabled(command.key(), command.value());
     for (const NodeButton& button : kNodeButtons)
         m_host.SetEnableButton(button.command, commands[button.menu]);
+    m_host.SetEnableButton(kProfielButton, CurrentNode() != nullptr);
 }
 
 void frmLocaties::ApplyResultCommands()
@@ -322,12 +328,12 @@ void frmLocaties::SelecteerLocatie(const QString& naam)
 void frmLocaties::ResetSelectedLocations()
 {
     m_mapSelection.ResetSelectie();
-    m_mapSelection.ColorSelectionInTreeView(m_navTree);
+    m_mapSelection.ColorSelectionInTreeView(m_navTree, m_spokenSelection);
 }
 
 void frmLocaties::ApplySelectedLocations()
 {
-    m_mapSelection.ColorSelectionInTreeView(m_navTree);
+    m_mapSelection.ColorSelectionInTreeView(m_navTree, m_spokenSelection);
     ApplyCommands();
 }
 

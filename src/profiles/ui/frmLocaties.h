@@ -3,6 +3,7 @@
 #include "calculation/BerekenLocaties.h"
 #include "database/HRdb.h"
 #include "frame/QLMIniFile.h"
+#include "navigation/LocationClicks.h"
 #include "navigation/NavTree.h"
 #include "navigation/OpenBranches.h"
 #include "navigation/TreeChanges.h"
@@ -64,6 +65,9 @@ public:
     void ClickNode(QTreeWidgetItem* node);
 
     // Commands. Those that delete ask first.
+    /// The locations of the selection, with their folders; false when the user keeps them or
+    /// nothing is selected.
+    bool DeleteLocaties();
     void ProfielAssign2SelectedLocations(const QString& profiel);
     void ProfielDelete();
     void BerekeningDelete();
@@ -106,13 +110,23 @@ private:
     QTreeWidgetItem* Ancestor(const QString& tag) const;
     /// What becomes current when `node` goes.
     static QString NextNode(const QTreeWidgetItem* node);
+    /// What becomes current when all of the selection goes.
+    QString NextUnselectedLocation() const;
+    /// Runs a change that may take the current node away and moves on to `next` then, or to
+    /// what is left above it; also when the change tells that a folder was left behind.
+    template <typename Change>
+    void ChangeAndMoveOn(const QString& next, Change&& change);
+    void MoveOn(const QString& next);
+    void ForgetGoneLocations();
     void ApplyCommands();
     void ApplyResultCommands();
     void ShowLog();
     void StartLabelEdit(QTreeWidgetItem* node);
 
+    void treLocaties_NodeClick(QTreeWidgetItem* node, Qt::KeyboardModifiers modifiers);
     void treLocaties_NodeDoubleClick(QTreeWidgetItem* node);
-    void treLocaties_MouseUp(QTreeWidgetItem* node);
+    void treLocaties_MouseUp(QTreeWidgetItem* node, Qt::KeyboardModifiers modifiers);
+    void ShowPickedLocations();
     void treLocaties_ContextMenu(const QPoint& globalPosition);
     void treLocaties_KeyDown(int key);
     void treLocaties_AfterLabelEdit(const QString& key, const QString& text);
@@ -129,8 +143,10 @@ private:
     LogViewer& m_log;
     TreeChanges m_changes;
     TreeFilter m_filter;
+    LocationClicks m_clicks;
     OpenBranches m_branches;
 
+    QString m_spokenSelection; // what a screen reader says of a selected location
     QString m_currentKey;
     QStringList m_boldKeys;
     QString m_copiedRing;   // key

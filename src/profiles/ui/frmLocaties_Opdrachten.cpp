@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int kVraagBerekening = 2;
+constexpr int kVraagLocaties = 3;
 constexpr int kVraagDijkring = 4;
 constexpr int kVraagDijkringberekening = 5;
 constexpr int kVraagProfielInGebruik = 100;
@@ -40,6 +41,67 @@ QString frmLocaties::NextNode(const QTreeWidgetItem* node)
     return NavTree::Key(IsFolder(parent) ? parent->parent() : parent);
 }
 
+template <typename Change>
+void frmLocaties::ChangeAndMoveOn(const QString& next, Change&& change)
+{
+    const BusyScope busy;
+    try {
+        change();
+    } catch (...) {
+        if (!CurrentNode())
+            MoveOn(next);
+        throw;
+    }
+    MoveOn(next);
+}
+
+void frmLocaties::MoveOn(const QString& next)
+{
+    ForgetGoneLocations();
+    QString key = CurrentNode() ? m_currentKey : next;
+    while (!key.isEmpty() && !NodeExists(key))
+        key = key.left(std::max<qsizetype>(0, key.lastIndexOf(m_navTree.pathSeparator())));
+    ClickNode(GetNodeByKey(key));
+}
+
+// Locations
+
+bool frmLocaties::DeleteLocaties()
+{
+    if (!m_mapSelection.HasSelectedNodes() || AskQuestion(this, kVraagLocaties) != Answer::Yes)
+        return false;
+    ChangeAndMoveOn(NextUnselectedLocation(),
+                    [this] { m_changes.DeleteLocaties(m_mapSelection.Namen()); });
+    return true;
+}
+
+QString frmLocaties::NextUnselectedLocation() const
+{
+    const QTreeWidgetItem* current = CurrentLocationNode();
+    if (!current)
+        return m_currentKey;
+    const QTreeWidgetItem* root = current->parent();
+    const int index = root->indexOfChild(const_cast<QTreeWidgetItem*>(current));
+    const auto stays = [&](int i) {
+        return !m_mapSelection.IsSelectedLocation(root->child(i)->text(0));
+    };
+    for (int i = index; i < root->childCount(); ++i)
+        if (stays(i))
+            return NavTree::Key(root->child(i));
+    for (int i = index - 1; i >= 0; --i)
+        if (stays(i))
+            return NavTree::Key(root->child(i));
+    return NavTree::Key(root);
+}
+
+void frmLocaties::ForgetGoneLocations()
+{
+    const QStringList namen = m_mapSelection.Namen();
+    for (const QString& naam : namen)
+        if (!NodeExists(m_navTree.JoinKey(navkey::RootLocaties, naam)))
+            m_mapSelection.RemoveALocationFromSelection(naam);
+}
+
 // Profiles
 
 void frmLocaties::ProfielAssign2SelectedLocations(const QString& profiel)
@@ -50,7 +112,6 @@ void frmLocaties::ProfielAssign2SelectedLocations(const QString& profiel)
 
 void frmLocaties::ProfielDelete()
 {
-    const BusyScope busy;
     QTreeWidgetItem* node = CurrentNode();
     if (NavTree::Tag(node) != navtag::Profiel)
         return;
@@ -61,14 +122,13 @@ void frmLocaties::ProfielDelete()
     }
     const QString next = NextNode(node);
     if (CurrentLocationNode()) {
-        m_changes.UnlinkProfiel(node);
+        ChangeAndMoveOn(next, [&] { m_changes.UnlinkProfiel(node); });
     } else {
         const int question = m_database.ProfielUsed(naam) ? kVraagProfielInGebruik : kVraagProfiel;
         if (AskQuestion(this, question, {naam}) != Answer::Yes)
             return;
-        m_changes.DeleteProfiel(naam);
+        ChangeAndMoveOn(next, [&] { m_changes.DeleteProfiel(naam); });
     }
-    ClickNode(GetNodeByKey(next));
     m_host.RefreshLocatiesAndLabelsOpMap(); // a location may have lost its last profile
 }
 
@@ -76,7 +136,6 @@ void frmLocaties::ProfielDelete()
 
 void frmLocaties::BerekeningDelete()
 {
-    const BusyScope busy;
     QTreeWidgetItem* node = CurrentNode();
     const QString tag = NavTree::Tag(node);
     if (tag != navtag::Berekening && tag != navtag::Dijkringberekening)
@@ -84,9 +143,7 @@ void frmLocaties::BerekeningDelete()
     const int question = tag == navtag::Berekening ? kVraagBerekening : kVraagDijkringberekening;
     if (AskQuestion(this, question, {node->text(0)}) != Answer::Yes)
         return;
-    const QString next = NextNode(node);
-    m_changes.DeleteBerekening(node);
-    ClickNode(GetNodeByKey(next));
+    ChangeAndMoveOn(NextNode(node), [&] { m_changes.DeleteBerekening(node); });
 }
 
 void frmLocaties::BerekeningNodeDelete(const QString& key)
@@ -124,7 +181,7 @@ void frmLocaties::DijkringPaste()
 {
     const QTreeWidgetItem* ring = GetNodeByKey(m_copiedRing);
     if (!ring)
-        return;
+        return; // none was copied, or it has gone
     const BusyScope busy;
     QTreeWidgetItem* copy = m_changes.PasteDijkring(ring->text(0));
     ResetCurrentNode();
@@ -136,12 +193,7 @@ void frmLocaties::DijkringDelete()
     QTreeWidgetItem* ring = CurrentDijkringNode();
     if (!ring || AskQuestion(this, kVraagDijkring, {ring->text(0)}) != Answer::Yes)
         return;
-    const BusyScope busy;
-    const QString next = NextNode(ring);
-    m_changes.DeleteDijkring(ring);
-    if (!NodeExists(m_copiedRing))
-        m_copiedRing.clear();
-    ClickNode(GetNodeByKey(next));
+    ChangeAndMoveOn(NextNode(ring), [&] { m_changes.DeleteDijkring(ring); });
 }
 
 void frmLocaties::DijkringRename()
@@ -188,7 +240,7 @@ void frmLocaties::ConnectTree()
         };
     };
     BrowserTree* tree = m_ui->treLocaties;
-    connect(tree, &BrowserTree::NodeClick, this, handle(&frmLocaties::ClickNode));
+    connect(tree, &BrowserTree::NodeClick, this, handle(&frmLocaties::treLocaties_NodeClick));
     connect(tree, &BrowserTree::NodeDoubleClick, this,
             handle(&frmLocaties::treLocaties_NodeDoubleClick));
     connect(tree, &BrowserTree::NodeMouseUp, this, handle(&frmLocaties::treLocaties_MouseUp));
@@ -207,6 +259,13 @@ void frmLocaties::ConnectTree()
             });
 }
 
+void frmLocaties::treLocaties_NodeClick(QTreeWidgetItem* node, Qt::KeyboardModifiers modifiers)
+{
+    if (!(modifiers & Qt::ShiftModifier))
+        m_clicks.StartAt(node);
+    ClickNode(node);
+}
+
 void frmLocaties::treLocaties_NodeDoubleClick(QTreeWidgetItem* node)
 {
     const QString tag = NavTree::Tag(node);
@@ -220,12 +279,14 @@ void frmLocaties::treLocaties_NodeDoubleClick(QTreeWidgetItem* node)
         node->setExpanded(!node->isExpanded());
 }
 
-void frmLocaties::treLocaties_MouseUp(QTreeWidgetItem* node)
+void frmLocaties::treLocaties_MouseUp(QTreeWidgetItem* node, Qt::KeyboardModifiers modifiers)
 {
-    if (NavTree::Tag(node) != navtag::Locatie)
-        return;
-    ResetSelectedLocations();
-    m_mapSelection.AddALocation2Selection(node->text(0));
+    if (m_clicks.Click(node, modifiers))
+        ShowPickedLocations();
+}
+
+void frmLocaties::ShowPickedLocations()
+{
     ApplySelectedLocations();
     m_host.RefreshLocatiesAndLabelsOpMap();
 }
@@ -257,9 +318,9 @@ void frmLocaties::treLocaties_KeyDown(int key)
         else if (tag == navtag::Dijkring)
             DijkringDelete();
         break;
-    case Qt::Key_Space: // what a click on a location does to the selection
-        if (node)
-            treLocaties_MouseUp(node);
+    case Qt::Key_A:
+        m_clicks.SelectAll();
+        ShowPickedLocations();
         break;
     default: // Enter is the keyboard's double click
         if (node)
