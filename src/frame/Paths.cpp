@@ -61,10 +61,12 @@ QString RelativeText(const QString& path, const QString& folder)
     if (path.trimmed().isEmpty())
         return {};
     QString base = UncToDrive(WithOwnSeparators(folder));
-    while (EndsInSeparator(base) && base.size() > 1)
-        base.chop(1);
     const QString absolute = ResolvePath(Absolute(UncToDrive(path)));
-    if (base.isEmpty() || !absolute.startsWith(base, Qt::CaseInsensitive))
+    if (base.isEmpty())
+        return absolute;
+    while (EndsInSeparator(base)) // what is left of a root is empty: everything lies below it
+        base.chop(1);
+    if (!absolute.startsWith(base, Qt::CaseInsensitive))
         return absolute;
     return ".\\" + WithBackslashes(absolute.mid(base.size() + 1));
 }

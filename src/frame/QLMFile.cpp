@@ -7,7 +7,6 @@
 #include "frame/Ports.h"
 #include "frame/Windows1252.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -38,8 +37,8 @@ QIODevice::OpenMode OpenModeOf(int mode)
     }
 }
 
-/// Names in the pattern's folder, sorted without regard to case.
-QStringList Matches(const QString& pattern, QDir::Filters filters)
+/// Entries of the pattern's folder, sorted without regard to case.
+QFileInfoList Matches(const QString& pattern)
 {
     const qsizetype separator = LastSeparator(pattern);
     const QString folder = separator < 0 ? "." : pattern.left(separator + 1);
@@ -50,9 +49,18 @@ QStringList Matches(const QString& pattern, QDir::Filters filters)
         QRegularExpression::anchoredPattern(
             QRegularExpression::escape(name).replace("\\*", ".*").replace("\\?", ".")),
         QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
-    return QDir(ResolvePath(folder))
-        .entryList(filters | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase)
-        .filter(expression);
+    QFileInfoList entries = QDir(ResolvePath(folder))
+                                .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System,
+                                               QDir::Name | QDir::IgnoreCase);
+    entries.removeIf([&expression](const QFileInfo& entry) {
+        return !expression.match(entry.fileName()).hasMatch();
+    });
+    return entries;
+}
+
+bool IsFolder(const QFileInfo& entry)
+{
+    return entry.isDir() && entry.fileName() != "." && entry.fileName() != "..";
 }
 
 } // namespace
@@ -111,7 +119,8 @@ void QLMFile::Print(int number, const QString& text)
 {
     QFile& file = Stream(number);
     const QByteArray bytes = ToWindows1252(text);
-    if (file.write(bytes) != bytes.size())
+    // Flushed at once: a full disc shows here, where the caller can still be told.
+    if (file.write(bytes) != bytes.size() || !file.flush())
         RaiseRuntimeFout(RuntimeFout::FileAccess, file.fileName() + "|" + file.errorString());
 }
 
@@ -176,35 +185,33 @@ bool QLMFile::GetLastWriteTime(const QString& name, QDateTime& time) const
 
 bool QLMFile::FirstFile(int slot, const QString& pattern)
 {
-    return Start(slot, Matches(pattern, QDir::AllEntries));
+    return Start(slot, pattern, Wanted::Everything);
 }
 
 bool QLMFile::NextFile(int slot)
 {
-    return Advance(slot);
+    return Advance(slot, Wanted::Everything);
 }
 
 bool QLMFile::FirstDir(int slot, const QString& pattern)
 {
-    return Start(slot, Matches(pattern, QDir::Dirs | QDir::NoDotAndDotDot));
+    return Start(slot, pattern, Wanted::Folders);
 }
 
 bool QLMFile::NextDir(int slot)
 {
-    return Advance(slot);
+    return Advance(slot, Wanted::Folders);
 }
 
 QString QLMFile::FoundFileName(int slot) const
 {
     const Search& search = m_searches[SlotIndex(slot)];
-    return search.current >= 0 && search.current < search.names.size()
-               ? search.names[search.current]
-               : QString();
+    return search.current >= 0 ? search.entries[search.current].fileName() : QString();
 }
 
 bool QLMFile::FileWithPatternExists(const QString& pattern) const
 {
-    return !Matches(pattern, QDir::AllEntries).isEmpty();
+    return !Matches(pattern).isEmpty();
 }
 
 std::size_t QLMFile::SlotIndex(int slot)
@@ -215,17 +222,20 @@ std::size_t QLMFile::SlotIndex(int slot)
     return std::size_t(slot - 1);
 }
 
-bool QLMFile::Start(int slot, const QStringList& names)
+bool QLMFile::Start(int slot, const QString& pattern, Wanted wanted)
 {
-    m_searches[SlotIndex(slot)] = {names, -1};
-    return Advance(slot);
+    m_searches[SlotIndex(slot)] = {Matches(pattern), -1};
+    return Advance(slot, wanted);
 }
 
-bool QLMFile::Advance(int slot)
+bool QLMFile::Advance(int slot, Wanted wanted)
 {
     Search& search = m_searches[SlotIndex(slot)];
-    if (search.current + 1 >= search.names.size())
-        return false; // the entry found last stays
-    ++search.current;
-    return true;
+    for (qsizetype next = search.current + 1; next < search.entries.size(); ++next) {
+        if (wanted == Wanted::Everything || IsFolder(search.entries[next])) {
+            search.current = next;
+            return true;
+        }
+    }
+    return false; // the entry found last stays
 }

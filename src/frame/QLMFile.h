@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QString>
 #include <QStringList>
@@ -51,8 +52,8 @@ public:
 
     /// Searches in slots 1 to 10 (any other raises RuntimeFout::OutOfRange).
     /// A pattern is a path whose last part may hold * and ?, case ignored.
-    /// FirstFile meets folders too, "." and ".." among them; FirstDir meets
-    /// only folders, without those two.
+    /// FirstFile and NextFile meet folders too, "." and ".." among them;
+    /// FirstDir and NextDir meet only folders, without those two.
     bool FirstFile(int slot, const QString& pattern);
     bool NextFile(int slot);
     bool FirstDir(int slot, const QString& pattern);
@@ -67,14 +68,15 @@ private:
     };
     static constexpr int kSlots = 10;
     struct Search {
-        QStringList names;
+        QFileInfoList entries;
         qsizetype current = -1;
     };
+    enum class Wanted { Everything, Folders };
 
     /// The index of a slot's search; raises for a slot that does not exist.
     [[nodiscard]] static std::size_t SlotIndex(int slot);
-    bool Start(int slot, const QStringList& names);
-    bool Advance(int slot);
+    bool Start(int slot, const QString& pattern, Wanted wanted);
+    bool Advance(int slot, Wanted wanted);
 
     std::map<int, OpenFile> m_files;
     std::array<Search, kSlots> m_searches;

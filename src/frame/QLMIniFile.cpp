@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
@@ -38,10 +39,21 @@ QByteArray Trimmed(QByteArray bytes)
     return bytes.mid(blanks);
 }
 
+/// What editors put in front of the text when they save it as Unicode would hide
+/// the first section, and accents would turn into two characters each.
+QByteArray FromUnicode(const QByteArray& content)
+{
+    const auto encoding = QStringConverter::encodingForData(content);
+    if (!encoding)
+        return content;
+    return ToWindows1252(QString(QStringDecoder(*encoding).decode(content)));
+}
+
 } // namespace
 
-QLMIniFile::QLMIniFile() : QLMIniFile(AddBackslash(ProgramFolder()) + ApplicationTitle() + ".ini")
-{}
+// Not the application's title: an instance that runs beside another one has
+// another title, and still the same texts.
+QLMIniFile::QLMIniFile() : QLMIniFile(AddBackslash(ProgramFolder()) + "Zandvoet.ini") {}
 
 QLMIniFile::QLMIniFile(const QString& file) : m_file(file) {}
 
@@ -143,7 +155,7 @@ void QLMIniFile::LoadFile()
         QByteArray content = file.readAll();
         if (file.error() != QFileDevice::NoError)
             RaiseRuntimeFout(RuntimeFout::FileAccess, m_file + "|" + file.errorString());
-        m_text = kLineEnd + content + kLineEnd;
+        m_text = kLineEnd + FromUnicode(content) + kLineEnd;
     }
     m_loaded = true;
 }
@@ -156,6 +168,7 @@ bool QLMIniFile::WriteFile(const QString& path) const
     // Written beside the file, flushed and put in its place in one step: a full
     // disc or a killed process leaves the old file.
     QSaveFile file(target);
+    file.setDirectWriteFallback(true); // a folder that takes no new files, this file it does
     if (!file.open(QIODevice::WriteOnly))
         return false;
     const qsizetype added = 2 * kLineEnd.size();

@@ -22,6 +22,8 @@
 /// The file is read at the first access and written by Save, Sluit or the
 /// destructor, without a line end behind its last line. Two instances on one
 /// file do not see each other's changes; the last to write wins.
+/// Bytes are Windows-1252. A file that an editor has saved as Unicode, which
+/// its first bytes tell, is taken for what it says and written back as ours.
 ///
 /// Some rules look like mistakes and are meant, because files out there depend
 /// on them: see SaveString and RemoveSection.
@@ -29,7 +31,7 @@ class QLMIniFile {
 public:
     enum class Comparison { Exact = 0, IgnoreCase = 1 };
 
-    /// On the program's own ini: its folder, its title and ".ini".
+    /// On the program's own ini, `Zandvoet.ini` in its folder.
     QLMIniFile();
     explicit QLMIniFile(const QString& file);
     ~QLMIniFile();

@@ -17,6 +17,7 @@
 #include <ostream>
 
 #ifndef Q_OS_WIN
+#include <csignal>
 #include <sys/resource.h>
 #endif
 
@@ -113,6 +114,29 @@ public:
 
 private:
     rlimit m_before{};
+};
+
+/// While it lives no file of this process can grow beyond so many bytes.
+class FullDisc {
+public:
+    explicit FullDisc(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) // fail the write
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit small = m_before;
+        small.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FullDisc()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDisc(const FullDisc&) = delete;
+    FullDisc& operator=(const FullDisc&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int);
 };
 #endif
 

@@ -98,6 +98,13 @@ TEST_F(PathsTest, RelativeToFolderDoesTheSameForAnyFolder)
     EXPECT_EQ(RelativeToFolder(Path("a.shp"), ""), Own(Path("a.shp")));
 }
 
+#ifndef Q_OS_WIN
+TEST_F(PathsTest, BelowTheRootLiesEverything)
+{
+    EXPECT_EQ(RelativeToFolder("/kaarten/a.shp", "/"), ".\\kaarten\\a.shp");
+}
+#endif
+
 TEST_F(PathsTest, WhatIsWrittenToAnIniIsReadBackAsItWas)
 {
     MakeFile("data/databases/Mijn boezem.mdb");

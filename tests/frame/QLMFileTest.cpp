@@ -71,6 +71,20 @@ TEST_F(QLMFileTest, WritesAndReadsTextByNumber)
     EXPECT_TRUE(m_file.Eof(again));
 }
 
+#ifndef Q_OS_WIN
+TEST_F(QLMFileTest, AFullDiscIsToldWhileTheFileIsWritten)
+{
+    const int number = m_file.FOpen(Path("a.txt"), QLMFile::Output);
+    int raised = 0;
+    {
+        const FullDisc disc(100);
+        m_file.Print(number, QString(90, 'x'));
+        raised = RaisedNumber([&] { m_file.PrintLine(number, QString(90, 'y')); });
+    }
+    EXPECT_EQ(raised, RuntimeFout::FileAccess);
+}
+#endif
+
 TEST_F(QLMFileTest, NumbersAreTheLowestFree)
 {
     EXPECT_EQ(m_file.FOpen(Path("a"), QLMFile::Output), 1);
@@ -240,6 +254,23 @@ TEST_F(QLMFileTest, FoldersAreFoundWithoutTheTwoDotsWhileAnotherWalkGoesOn)
             names += m_file.FoundFileName(2);
     }
     EXPECT_EQ(names, (QStringList{"een", "x", "twee", "y"}));
+}
+
+TEST_F(QLMFileTest, NextDirPassesOverFilesHoweverTheSearchBegan)
+{
+    QDir().mkdir(Path("b"));
+    QDir().mkdir(Path("d"));
+    WriteBytes(Path("a"), "x");
+    WriteBytes(Path("c"), "x");
+    ASSERT_TRUE(m_file.FirstFile(1, Folder() + "\\?")); // the folder itself comes first
+    EXPECT_TRUE(m_file.NextDir(1));
+    EXPECT_EQ(m_file.FoundFileName(1), "b");
+    EXPECT_TRUE(m_file.NextFile(1));
+    EXPECT_EQ(m_file.FoundFileName(1), "c");
+    EXPECT_TRUE(m_file.NextDir(1));
+    EXPECT_EQ(m_file.FoundFileName(1), "d");
+    EXPECT_FALSE(m_file.NextDir(1));
+    EXPECT_EQ(m_file.FoundFileName(1), "d") << "the entry found last stays";
 }
 
 TEST_F(QLMFileTest, ThereAreTenSlots)

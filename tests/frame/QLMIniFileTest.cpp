@@ -1,8 +1,10 @@
 #include "frame/QLMIniFile.h"
 
+#include "../navigation/Unprivileged.h"
 #include "FrameTestTools.h"
 
 #include <QDir>
+#include <QStringEncoder>
 
 #ifndef Q_OS_WIN
 #include <csignal>
@@ -26,6 +28,13 @@ TEST_F(QLMIniFileTest, StandsOnTheProgramsOwnIniWhenNew)
     const QLMIniFile ini;
     EXPECT_EQ(ini.file(), Folder() + "/Zandvoet.ini");
     EXPECT_EQ(ini.CompareMethod(), QLMIniFile::Comparison::IgnoreCase);
+}
+
+TEST_F(QLMIniFileTest, StandsThereAlsoInAnInstanceUnderAnotherTitle)
+{
+    SetApplicationTitle("unwanted instance");
+    EXPECT_EQ(QLMIniFile().file(), Folder() + "/Zandvoet.ini");
+    SetApplicationTitle("Zandvoet");
 }
 
 TEST_F(QLMIniFileTest, GivesTheDefaultForAMissingFileAndDoesNotMakeIt)
@@ -326,6 +335,28 @@ TEST_F(QLMIniFileTest, KeepsNulBytes)
     EXPECT_EQ(Written(), content);
 }
 
+TEST_F(QLMIniFileTest, AFileThatAnEditorSavedAsUnicodeIsTakenForWhatItSays)
+{
+    const QByteArray ours = "[s]\r\na=\xE9\xE9n \x80\r\n";
+    const QString text = QString::fromUtf16(u"[s]\r\na=\u00E9\u00E9n \u20AC\r\n");
+    for (const auto encoding : {QStringConverter::Utf8, QStringConverter::Utf16LE}) {
+        QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
+        Given(encoder.encode(text));
+        QLMIniFile ini(File());
+        EXPECT_EQ(ini.GetString("s", "a", "-"), text.mid(7, 5));
+        ini.SaveString("s", "b", "1");
+        EXPECT_TRUE(ini.Save());
+        EXPECT_EQ(Written(), ours.chopped(2) + "\r\nb=1\r\n");
+    }
+}
+
+TEST_F(QLMIniFileTest, WithoutSuchAMarkEveryByteIsACharacter)
+{
+    Given("[s]\r\na=caf\xC3\xA9");
+    QLMIniFile ini(File());
+    EXPECT_EQ(ini.GetString("s", "a"), QString::fromUtf16(u"caf\u00C3\u00A9"));
+}
+
 TEST_F(QLMIniFileTest, FindsItsFileWhateverTheCaseOfTheName)
 {
     Given("[s]\r\na=1");
@@ -346,6 +377,25 @@ TEST_F(QLMIniFileTest, DoesNotWriteAReadOnlyFile)
     EXPECT_FALSE(ini.Save());
     EXPECT_EQ(Written(), "[s]\r\na=1");
 }
+
+#ifdef __linux__
+TEST_F(QLMIniFileTest, WritesAFileInAFolderThatTakesNoNewFiles)
+{
+    if (!Unprivileged::Works())
+        GTEST_SKIP() << "needs a user to step down to";
+    Given("[s]\r\na=1");
+    QFile::setPermissions(File(), QFile::Permissions(0x6666)); // anybody may write to it
+    QFile::setPermissions(Folder(), QFile::Permissions(0x5555));
+    QLMIniFile ini(File());
+    ini.SaveString("s", "a", "2");
+    {
+        const Unprivileged user;
+        EXPECT_TRUE(ini.Save());
+    }
+    QFile::setPermissions(Folder(), QFile::Permissions(0x7700));
+    EXPECT_EQ(Written(), "[s]\r\na=2");
+}
+#endif
 
 TEST_F(QLMIniFileTest, FailsQuietlyWhenTheFolderHasVanished)
 {
@@ -378,16 +428,10 @@ TEST_F(QLMIniFileTest, AFullDiscLeavesTheOldFile)
     Given(old);
     QLMIniFile ini(File());
     ini.SaveString("s", "b", QString(100'000, 'x'));
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    rlimit small = before;
-    small.rlim_cur = 1000;
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN); // fail the write instead
-    setrlimit(RLIMIT_FSIZE, &small);
-    const bool saved = ini.Save();
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_FALSE(saved);
+    {
+        const FullDisc disc(1000);
+        EXPECT_FALSE(ini.Save());
+    }
     EXPECT_EQ(Written(), old);
     EXPECT_EQ(QDir(Folder()).entryList(QDir::Files | QDir::Hidden), QStringList{"test.ini"});
     EXPECT_TRUE(ini.Save()) << "with room again";
