@@ -22,6 +22,11 @@ bool IsDecimalSign(QChar character)
     return character == '.' || character == ',';
 }
 
+bool IsExponent(QChar character)
+{
+    return character == 'e' || character == 'E';
+}
+
 bool IsWhole(int dataType)
 {
     return dataType == DataTypes::Integer || dataType == DataTypes::Long;
@@ -127,14 +132,15 @@ FilteredText FilterNumberChange(const QString& text, const QString& previous, in
     QString screen = text;
     if (!whole)
         screen.replace('.', decimalSign).replace(',', decimalSign);
-    FilteredText result = Filter(screen, caret, [=](int place, QChar character) {
+    FilteredText result = Filter(screen, caret, [=, &screen](int place, QChar character) {
         if (IsDigit(character))
             return true;
-        if (IsSign(character))
-            return place == 0 || signsAnywhere;
-        return !whole && (character == decimalSign || character == 'e' || character == 'E');
+        if (IsSign(character)) // the sign of an exponent belongs to its number
+            return place == 0 || signsAnywhere || (!whole && IsExponent(screen[place - 1]));
+        return !whole && (character == decimalSign || IsExponent(character));
     });
-    return TooLarge(result.text, dataType) ? Restored(previous, caret) : result;
+    const bool twoSigns = !whole && result.text.count(decimalSign) > 1;
+    return twoSigns || TooLarge(result.text, dataType) ? Restored(previous, caret) : result;
 }
 
 RangeVerdict ValidateRange(const QString& text, int dataType, double minimum, double maximum,
@@ -145,13 +151,14 @@ RangeVerdict ValidateRange(const QString& text, int dataType, double minimum, do
         verdict.failed = !mayBeEmpty;
         return verdict;
     }
-    if (!DataTypes::IsNumber(dataType) || (minimum == 0 && maximum == 0))
+    if (!DataTypes::IsNumber(dataType))
         return verdict;
-    const double value = ParseNumber(text).value_or(0); // infinite is out of range, too
-    if (value < minimum || value > maximum) {
+    const auto value = ParseNumber(text); // infinite is out of range, too
+    const bool hasRange = minimum != 0 || maximum != 0;
+    if (!value || (hasRange && (*value < minimum || *value > maximum))) {
         verdict.failed = true;
         verdict.selectAll = true;
-        if (!messageText.trimmed().isEmpty())
+        if (hasRange && !messageText.trimmed().isEmpty())
             verdict.message = ScreenText(minimum) + "<=" + messageText + "<=" + ScreenText(maximum);
     }
     return verdict;

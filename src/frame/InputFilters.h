@@ -43,9 +43,10 @@ inline constexpr int Double = 5;
 [[nodiscard]] bool FilterNumberKey(QChar key, int caret, int dataType, double minimum,
                                    double maximum);
 
-/// A number box after a change. Both decimal signs become the system's; what
-/// is not allowed is dropped; a number too large for its type restores
-/// `previous`.
+/// A number box after a change. Both decimal signs become the system's and what
+/// is not allowed is dropped. `previous` comes back for a number too large for
+/// its type, and for a second decimal sign: dropping one of "1.234,5" would make
+/// another number of it.
 [[nodiscard]] FilteredText FilterNumberChange(const QString& text, const QString& previous,
                                               int caret, int dataType, double minimum,
                                               double maximum);
@@ -59,6 +60,8 @@ struct RangeVerdict {
 };
 
 /// The check of a number box that is being left. Both bounds 0 means no range.
+/// What is no number ("-", "1-2") is refused in any range; read as 0, it would
+/// be a value that nobody typed.
 [[nodiscard]] RangeVerdict ValidateRange(const QString& text, int dataType, double minimum,
                                          double maximum, bool mayBeEmpty,
                                          const QString& messageText);

@@ -85,6 +85,8 @@ TEST_F(InputFiltersTest, FloatingPointNumbersShowTheSystemsSign)
     EXPECT_EQ(Change("1e5", DataTypes::Single).text, "1e5");
     EXPECT_EQ(Change("1x5", DataTypes::Double).text, "15");
     EXPECT_EQ(Change("1e-5", DataTypes::Double, -1, 1).text, "1e-5");
+    EXPECT_EQ(Change("1e-5", DataTypes::Double, 0, 10).text, "1e-5") << "not 1e5";
+    EXPECT_EQ(Change("1-5", DataTypes::Double, 0, 10).text, "15");
     const FakeInternational point(".");
     UseSystem(point);
     EXPECT_EQ(Change("1,5", DataTypes::Double).text, "1.5");
@@ -99,6 +101,23 @@ TEST_F(InputFiltersTest, ANumberTooLargeRestoresTheTextBefore)
     EXPECT_EQ(Change("1e39", DataTypes::Single, 0, 0, "1e3").text, "1e3");
     EXPECT_EQ(Change("1e39", DataTypes::Double, 0, 0, "1e3").text, "1e39");
     EXPECT_EQ(Change("1e309", DataTypes::Double, 0, 0, "1e30").text, "1e30");
+}
+
+TEST_F(InputFiltersTest, ASecondDecimalSignRestoresTheTextBefore)
+{
+    for (const char* text : {"1,2,3", "1.234,5", "1,234.5", "1e5,5,"}) {
+        EXPECT_EQ(Change(text, DataTypes::Double, -10, 10).text, "oud") << text;
+        EXPECT_TRUE(Change(text, DataTypes::Double, -10, 10).refused) << text;
+    }
+    const FilteredText second = FilterNumberChange("1,2,", "1,2", 4, DataTypes::Double, 0, 0);
+    EXPECT_EQ(second.text, "1,2");
+    EXPECT_EQ(second.caret, 3);
+}
+
+TEST_F(InputFiltersTest, ANumberThatIsNotCompleteYetStays)
+{
+    for (const char* text : {"", "-", "+", ",", "-,", "1,", ",5", "1e", "1e-", "-1,5E+"})
+        EXPECT_EQ(Change(text, DataTypes::Double, -10, 10).text, text);
 }
 
 TEST_F(InputFiltersTest, TheCaretStaysBetweenTheSameCharacters)
@@ -151,6 +170,19 @@ TEST_F(InputFiltersTest, AValueOutOfRangeShowsTheBounds)
     EXPECT_EQ(ValidateRange("11", DataTypes::Double, 1, 10, false, "  ").message, "");
     EXPECT_TRUE(ValidateRange("11", DataTypes::Double, 1, 10, false, "  ").failed);
     EXPECT_TRUE(ValidateRange("1e999", DataTypes::Double, 1, 10, false, "").failed);
+}
+
+TEST_F(InputFiltersTest, WhatIsNoNumberIsOutOfEveryRange)
+{
+    for (const char* text : {"-", "+", ",", "1e", "1-2", "1,2,3", "abc"}) {
+        const RangeVerdict verdict = ValidateRange(text, DataTypes::Double, -20, 20, false, "peil");
+        EXPECT_TRUE(verdict.failed) << text;
+        EXPECT_TRUE(verdict.selectAll) << text;
+        EXPECT_EQ(verdict.message, "-20<=peil<=20") << text;
+        EXPECT_TRUE(ValidateRange(text, DataTypes::Double, 0, 0, false, "peil").failed) << text;
+        EXPECT_EQ(ValidateRange(text, DataTypes::Double, 0, 0, false, "peil").message, "");
+        EXPECT_FALSE(ValidateRange(text, 0, -20, 20, false, "peil").failed) << "plain text";
+    }
 }
 
 TEST_F(InputFiltersTest, BoundsBelongToTheRange)

@@ -98,6 +98,18 @@ TEST_F(GridEditTest, KeysThatANumberCannotHoldAreRefused)
     EXPECT_EQ(Editor()->text(), "75");
 }
 
+TEST_F(GridEditTest, WhatIsNoNumberStaysOpen)
+{
+    Type("-");
+    QTest::keyClick(Editor(), Qt::Key_Return);
+    EXPECT_TRUE(m_grid->IsEditing());
+    EXPECT_EQ(m_checks, 0) << "the form is not asked about it";
+    QTest::keyClicks(Editor(), "5");
+    QTest::keyClick(Editor(), Qt::Key_Return);
+    EXPECT_FALSE(m_grid->IsEditing());
+    EXPECT_EQ(m_grid->Text(0, 0), "5");
+}
+
 TEST_F(GridEditTest, EscapeGivesTheOldValueBackWithoutACheck)
 {
     Type("99");

@@ -255,6 +255,17 @@ TEST_F(GridTest, PasteDoesNotBringTextIntoANumberColumn)
     EXPECT_EQ(m_grid.Text(0, 1), "7,25");
 }
 
+TEST_F(GridTest, PasteDoesNotBringAFractionIntoAWholeColumn)
+{
+    m_grid.setColumnKind(1, Grid::ColumnKind::Whole);
+    m_grid.setText(0, 1, "7");
+    for (const char* text : {"1,5", "1.5", "3000000000", "1e-1"})
+        EXPECT_FALSE(m_grid.Paste(text, 0, 1)) << text;
+    EXPECT_EQ(m_grid.Text(0, 1), "7");
+    EXPECT_TRUE(m_grid.Paste("-12", 0, 1));
+    EXPECT_EQ(m_grid.Text(0, 1), "-12");
+}
+
 TEST_F(GridTest, PasteDoesNotBringAnUnknownTextIntoAListColumn)
 {
     EXPECT_FALSE(m_grid.Paste("klei", 0, 3));

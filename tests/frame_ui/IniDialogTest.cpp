@@ -4,6 +4,7 @@
 #include "Installation.h"
 #include "frame/Fouten.h"
 #include "frame/Texts.h"
+#include "frame/ui/NumBox.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -129,6 +130,45 @@ TEST_F(IniDialogTest, AMnemonicLeadsToItsControl)
     form.extra->setFocus();
     QTest::keyClick(&form, Qt::Key_N, Qt::AltModifier);
     EXPECT_TRUE(form.naam->hasFocus());
+}
+
+TEST_F(IniDialogTest, AButtonsLetterDoesNothingWhileANumberIsRefused)
+{
+    BoxReader boxes;
+    frmProef form;
+    auto* box = new NumBox(&form);
+    form.layout()->addWidget(box);
+    box->setMinimumValue(1);
+    box->setMaximumValue(10);
+    box->setMessageText("aantal");
+    form.cancel->setText("&Annuleren");
+    Show(form);
+    box->setFocus();
+    QTest::keyClicks(box, "11");
+    QTest::keyClick(box, Qt::Key_G, Qt::AltModifier);
+    QTest::qWait(200); // a click by letter takes its time
+    EXPECT_FALSE(form.OK());
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(boxes.Texts(), QStringList{"1<=aantal<=10"});
+    EXPECT_TRUE(QTest::qWaitFor([box] { return box->hasFocus(); }, 1000));
+
+    QTest::keyClick(box, Qt::Key_A, Qt::AltModifier); // cancelling is always allowed
+    EXPECT_TRUE(QTest::qWaitFor([&form] { return form.cancelled == 1; }, 1000));
+    EXPECT_EQ(boxes.Texts().size(), 1);
+}
+
+TEST_F(IniDialogTest, AButtonsLetterClicksItOnAGoodNumber)
+{
+    frmProef form;
+    auto* box = new NumBox(&form);
+    form.layout()->addWidget(box);
+    box->setMinimumValue(1);
+    box->setMaximumValue(10);
+    Show(form);
+    box->setFocus();
+    QTest::keyClicks(box, "10");
+    QTest::keyClick(box, Qt::Key_G, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&form] { return form.OK(); }, 1000));
 }
 
 TEST_F(IniDialogTest, F1OpensTheManual)

@@ -3,6 +3,7 @@
 #include "BoxReader.h"
 #include "Installation.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -106,6 +107,48 @@ TEST_F(NumBoxTest, AnEmptyBoxKeepsTheFocusUnlessItMayBeEmpty)
     m_box.setMayBeEmpty(true);
     Tab();
     EXPECT_TRUE(m_ok.hasFocus());
+}
+
+TEST_F(NumBoxTest, EnterIsKeptFromTheFormWhileTheValueIsRefused)
+{
+    QDialog dialog;
+    auto* layout = new QVBoxLayout(&dialog);
+    auto* box = new NumBox;
+    auto* ok = new QPushButton;
+    auto* cancel = new QPushButton;
+    cancel->setObjectName("cmdCancel");
+    for (QWidget* widget : std::initializer_list<QWidget*>{box, ok, cancel})
+        layout->addWidget(widget);
+    ok->setDefault(true);
+    box->setMinimumValue(1);
+    box->setMaximumValue(10);
+    box->setMessageText("aantal");
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    box->setFocus();
+    QSignalSpy clicked(ok, &QPushButton::clicked);
+    QTest::keyClicks(box, "11");
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(clicked.count(), 0);
+    EXPECT_EQ(m_boxes.Texts(), QStringList{"1<=aantal<=10"});
+    EXPECT_TRUE(QTest::qWaitFor([box] { return box->hasFocus(); }, 1000));
+    EXPECT_EQ(box->selectedText(), "11");
+    EXPECT_TRUE(box->RangeError());
+
+    QTest::keyClicks(box, "10");
+    QTest::keyClick(box, Qt::Key_Enter);
+    EXPECT_EQ(clicked.count(), 1);
+    EXPECT_FALSE(box->RangeError());
+
+    // Where Enter gives the form up, the value does not matter.
+    cancel->setDefault(true);
+    QSignalSpy cancelled(cancel, &QPushButton::clicked);
+    box->selectAll();
+    QTest::keyClicks(box, "11");
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(cancelled.count(), 1);
+    EXPECT_EQ(m_boxes.Texts().size(), 1);
 }
 
 TEST_F(NumBoxTest, BothBoundsNoughtMeansNoRange)
@@ -261,6 +304,8 @@ TEST_F(NumBoxTest, ACountShowsOnlyTheTabsItNeeds)
     EXPECT_TRUE(tabs.isTabVisible(1));
     EXPECT_TRUE(tabs.isTabEnabled(1));
     EXPECT_FALSE(tabs.isTabVisible(2)); // no number in its tag
+    m_box.setText("1e999");             // more than any number: no failure
+    EXPECT_TRUE(tabs.isTabVisible(1));
 }
 
 TEST_F(NumBoxTest, AControlThatIsGoneIsPassedOver)

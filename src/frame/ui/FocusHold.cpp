@@ -66,13 +66,16 @@ void HoldFocus(QWidget* widget, Qt::FocusReason reason)
     widget->setFocus(Qt::OtherFocusReason);
 }
 
+bool GivesUpForm(const QAbstractButton& button)
+{
+    const QVariant validates = button.property("causesValidation");
+    return validates.isValid() ? !validates.toBool() : button.objectName() == "cmdCancel";
+}
+
 bool FocusGoesToCancel()
 {
     const auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
-    if (!button)
-        return false;
-    const QVariant validates = button->property("causesValidation");
-    return validates.isValid() ? !validates.toBool() : button->objectName() == "cmdCancel";
+    return button && GivesUpForm(*button);
 }
 
 bool LeavesControl(Qt::FocusReason reason)

@@ -2,6 +2,7 @@
 
 #include <QtCore/qnamespace.h>
 
+class QAbstractButton;
 class QWidget;
 
 /// Brings the focus back to `widget`, whose content was refused while the focus
@@ -11,9 +12,10 @@ class QWidget;
 /// that a button does not do its work on a refused value.
 void HoldFocus(QWidget* widget, Qt::FocusReason reason);
 
-/// Whether the focus is going to a button that gives up the form: a button
-/// named `cmdCancel`, or one with the dynamic property `causesValidation` set
-/// to false. A form with a bad value in it can always be cancelled.
+/// Whether the button gives up the form: it is named `cmdCancel`, or has the
+/// dynamic property `causesValidation` set to false. A form with a bad value in
+/// it can always be cancelled.
+bool GivesUpForm(const QAbstractButton& button);
 bool FocusGoesToCancel();
 
 /// Whether losing the focus for `reason` means that the user leaves the

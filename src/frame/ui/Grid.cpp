@@ -10,11 +10,14 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 
+#include <cmath>
+
 namespace {
 
 constexpr int kReadOnlyRole = Qt::UserRole + 1;
 constexpr int kListRole = Qt::UserRole + 2;
 constexpr int kTextColourRole = Qt::UserRole + 3;
+constexpr double kLargestWhole = 2147483647; // of 32 bits
 
 /// Black or white, whichever reads better on `background`.
 QColor InkOn(const QColor& background)
@@ -22,6 +25,14 @@ QColor InkOn(const QColor& background)
     const double light =
         0.299 * background.redF() + 0.587 * background.greenF() + 0.114 * background.blueF();
     return light > 0.5 ? Qt::black : Qt::white;
+}
+
+bool IsNumberFor(Grid::ColumnKind kind, const QString& text)
+{
+    const auto number = ParseNumber(text);
+    if (!number || kind != Grid::ColumnKind::Whole)
+        return number.has_value();
+    return RoundToEven(*number) == *number && std::fabs(*number) <= kLargestWhole;
 }
 
 } // namespace
@@ -290,20 +301,20 @@ bool Grid::IsEditing() const
 
 Grid::EditVerdict Grid::Check(int row, int column, QString& text)
 {
+    const ColumnKind kind = At(column).kind;
+    if ((kind == ColumnKind::Whole || kind == ColumnKind::Decimal) && !text.trimmed().isEmpty()) {
+        if (!IsNumberFor(kind, text)) {
+            QApplication::beep();
+            return EditVerdict::StaysOpen;
+        }
+        text = text.trimmed();
+        text.replace('.', gConvert().DecimalSign()).replace(',', gConvert().DecimalSign());
+    }
     return m_editCheck ? m_editCheck(row, column, text) : EditVerdict::Accepted;
 }
 
 bool Grid::Enter(int row, int column, QString text)
 {
-    const ColumnKind kind = At(column).kind;
-    if ((kind == ColumnKind::Whole || kind == ColumnKind::Decimal) && !text.trimmed().isEmpty()) {
-        if (!IsNumeric(text)) {
-            QApplication::beep();
-            return false;
-        }
-        text = text.trimmed();
-        text.replace('.', gConvert().DecimalSign()).replace(',', gConvert().DecimalSign());
-    }
     if (Check(row, column, text) != EditVerdict::Accepted)
         return false;
     setText(row, column, text);

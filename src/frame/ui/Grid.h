@@ -35,7 +35,7 @@ public:
         ReadOnly, ///< shown and copied
         Fixed,    ///< a heading for its row: not edited, not selected, not pasted into
         Text,
-        Whole,   ///< whole numbers: other keys are refused
+        Whole,   ///< whole numbers: other keys and texts are refused
         Decimal, ///< numbers with the system's decimal sign
         Check,
         List ///< one of the texts given with setList
@@ -142,6 +142,7 @@ private:
     QTableWidgetItem* Cell(int row, int column) const;
     void Dress(QTableWidgetItem* cell, int column) const;
     void DressColumn(int column);
+    /// What the kind of the column says, then the form's check.
     EditVerdict Check(int row, int column, QString& text);
     /// True when the user's text now stands in the cell.
     bool Enter(int row, int column, QString text);

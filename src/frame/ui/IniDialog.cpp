@@ -2,7 +2,9 @@
 
 #include "frame/Globals.h"
 #include "frame/Paths.h"
+#include "frame/ui/FocusHold.h"
 #include "frame/ui/MessageBoxes.h"
+#include "frame/ui/NumBox.h"
 #include "frame/ui/TranslateForm.h"
 #include "frame/ui/WindowPosition.h"
 
@@ -36,6 +38,8 @@ void IniDialog::LoadForm()
 
 void IniDialog::SetUpButtons()
 {
+    for (QAbstractButton* button : findChildren<QAbstractButton*>())
+        button->installEventFilter(this);
     auto* ok = findChild<QPushButton*>("cmdOK");
     bool hasDefault = false;
     for (QPushButton* button : findChildren<QPushButton*>()) {
@@ -70,6 +74,17 @@ void IniDialog::done(int result)
     if (m_loaded && m_place == Place::Kept && isVisible())
         SaveWindowPosition(*this, gIniFile());
     QDialog::done(result);
+}
+
+bool IniDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Shortcut) {
+        const auto* button = qobject_cast<QAbstractButton*>(watched);
+        auto* box = qobject_cast<NumBox*>(focusWidget());
+        if (button && box && !GivesUpForm(*button) && !box->CheckNow())
+            return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void IniDialog::keyPressEvent(QKeyEvent* event)

@@ -20,6 +20,8 @@
 /// Enter presses `cmdOK` (unless the .ui names another default button), Escape
 /// presses `cmdCancel` and, where there is none, closes the form. F1 opens the
 /// manual. The place is stored when the form closes, by whichever way.
+/// A letter (Alt+O) clicks its button with the focus where it is; a number box
+/// that has it and refuses its value keeps the button from its work first.
 class IniDialog : public QDialog {
     Q_OBJECT
 
@@ -46,6 +48,7 @@ protected:
     /// Marks the form as confirmed and closes it.
     void CloseOK();
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
 

@@ -2,6 +2,7 @@
 
 #include "frame/Convert.h"
 #include "frame/Globals.h"
+#include "frame/Numbers.h"
 #include "frame/Texts.h"
 #include "frame/ui/FocusHold.h"
 #include "frame/ui/KeyFilters.h"
@@ -14,6 +15,19 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QTabWidget>
+
+namespace {
+
+bool EnterGivesUp(const NumBox& box)
+{
+    for (const QPushButton* button : box.window()->findChildren<QPushButton*>()) {
+        if (button->isDefault())
+            return GivesUpForm(*button);
+    }
+    return false;
+}
+
+} // namespace
 
 NumBox::NumBox(QWidget* parent) : QLineEdit(parent)
 {
@@ -108,7 +122,7 @@ void NumBox::UpdateControls()
             qobject_cast<LbnBox*>(control)) {
             control->setEnabled(usable);
         } else if (auto* tabs = qobject_cast<QTabWidget*>(control)) {
-            const double value = gConvert().ConvDbl(text());
+            const double value = ParseNumber(text()).value_or(0);
             for (int tab = 0; tab < tabs->count(); ++tab) {
                 bool isNumber = false;
                 const double tag = tabs->widget(tab)->property("tag").toDouble(&isNumber);
@@ -146,7 +160,12 @@ void NumBox::focusOutEvent(QFocusEvent* event)
         CheckLeaving(event->reason());
 }
 
-void NumBox::CheckLeaving(Qt::FocusReason reason)
+bool NumBox::CheckNow()
+{
+    return m_checking || CheckLeaving(Qt::OtherFocusReason);
+}
+
+bool NumBox::CheckLeaving(Qt::FocusReason reason)
 {
     m_rangeError = false;
     if (m_validate && isVisible() && isEnabled() && !FocusGoesToCancel()) {
@@ -154,7 +173,7 @@ void NumBox::CheckLeaving(Qt::FocusReason reason)
             ValidateRange(text(), m_dataType, m_minimum, m_maximum, m_mayBeEmpty, m_messageText);
         m_rangeError = verdict.failed;
         if (!verdict.failed)
-            return;
+            return true;
         const QScopedValueRollback checking(m_checking, true);
         if (m_sound)
             QApplication::beep();
@@ -162,9 +181,11 @@ void NumBox::CheckLeaving(Qt::FocusReason reason)
             WrappedFoutBox(this, BoxTitle(), verdict.message);
         HoldFocus(this, reason);
         selectAll();
-    } else if (DataTypes::IsNumber(m_dataType) && !text().trimmed().isEmpty()) {
-        m_rangeError = !IsUsable();
+        return false;
     }
+    if (DataTypes::IsNumber(m_dataType) && !text().trimmed().isEmpty())
+        m_rangeError = !IsUsable();
+    return true;
 }
 
 void NumBox::keyPressEvent(QKeyEvent* event)
@@ -173,6 +194,12 @@ void NumBox::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape && text() != m_oldText) {
         QLineEdit::setText(m_oldText);
         end(false);
+        event->accept();
+        return;
+    }
+    // Enter presses the form's default button, and the focus stays here.
+    const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (confirms && !EnterGivesUp(*this) && !CheckNow()) {
         event->accept();
         return;
     }

@@ -87,6 +87,9 @@ public:
     void ClearControls() { m_controls.clear(); }
     /// Not empty and within the bounds.
     bool IsUsable() const;
+    /// The check of leaving the box, for what is done without leaving it: Enter,
+    /// and a button's letter. False when the value was refused (and shown).
+    bool CheckNow();
 
 signals:
     /// The text changed, by whomever; what the filters refuse never gets here.
@@ -101,7 +104,8 @@ protected:
 private:
     void ApplyRule();
     void UpdateControls();
-    void CheckLeaving(Qt::FocusReason reason);
+    /// False when the value was refused and the focus is held here.
+    bool CheckLeaving(Qt::FocusReason reason);
 
     QList<QPointer<QWidget>> m_controls;
     QString m_messageText;
