@@ -8,11 +8,19 @@
 #include "frame/Fouten.h"
 #include "frame/Texts.h"
 
+#include <QColorDialog>
+#include <QContextMenuEvent>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTest>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace {
@@ -97,6 +105,24 @@ TEST_F(WindowPartsTest, ALogBoxTakesPiecesOfALine)
     EXPECT_EQ(log.Text(), "");
 }
 
+TEST_F(WindowPartsTest, ALogBoxShowsBytesOfAnyKind)
+{
+    QPlainTextEdit edit;
+    edit.resize(200, 100);
+    edit.show();
+    LogBox log(&edit);
+    QString all;
+    for (int byte = 0; byte < 256; ++byte) {
+        if (byte != '\r' && byte != '\n')
+            all += QChar(byte);
+    }
+    log.SetText(all + "\r\n");
+    log.Append(all);
+    log.Refresh();
+    EXPECT_EQ(log.Text().size(), 2 * all.size() + 2);
+    EXPECT_TRUE(log.Text().endsWith(QString::fromUtf16(u"\u00FE\u00FF")));
+}
+
 TEST_F(WindowPartsTest, ALogBoxOutlivesItsWidget)
 {
     auto edit = std::make_unique<QPlainTextEdit>();
@@ -104,6 +130,60 @@ TEST_F(WindowPartsTest, ALogBoxOutlivesItsWidget)
     edit.reset();
     log.Append("x");
     EXPECT_EQ(log.Text(), "");
+}
+
+TEST_F(WindowPartsTest, TheMenuOfAScrollBarIsDutch)
+{
+    InstallQtTexts();
+    QPlainTextEdit edit;
+    edit.resize(100, 60);
+    edit.setPlainText(QString("regel\n").repeated(50));
+    edit.show();
+    QStringList texts;
+    QTimer::singleShot(50, &edit, [&texts] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (const QAction* action : menu->actions())
+            texts.append(action->text());
+        menu->close();
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(3, 3), QPoint(3, 3));
+    QApplication::sendEvent(edit.verticalScrollBar(), &event); // runs the menu
+    texts.removeAll("");
+    EXPECT_EQ(texts, (QStringList{"Hierheen schuiven", "Bovenkant", "Onderkant", "Pagina omhoog",
+                                  "Pagina omlaag", "Omhoog schuiven", "Omlaag schuiven"}));
+}
+
+TEST_F(WindowPartsTest, TheDialogsOfTheToolkitAreDutch)
+{
+    InstallQtTexts();
+    QColorDialog colours;
+    colours.setOptions(QColorDialog::DontUseNativeDialog | QColorDialog::ShowAlphaChannel);
+    QFontDialog fonts;
+    fonts.setOption(QFontDialog::DontUseNativeDialog);
+    QFileDialog files;
+    files.setOption(QFileDialog::DontUseNativeDialog);
+    static const QRegularExpression english(
+        "\\b(color|colors|custom|pick|red|green|channel|style|writing|sample|underline|strikeout|"
+        "cancel|look in|files of|file name|choose|new folder|back|forward)\\b",
+        QRegularExpression::CaseInsensitiveOption);
+    int texts = 0;
+    for (QWidget* dialog : std::initializer_list<QWidget*>{&colours, &fonts, &files}) {
+        dialog->ensurePolished();
+        const auto look = [&](QString text) {
+            ++texts;
+            EXPECT_FALSE(text.remove('&').contains(english)) << text.toStdString();
+        };
+        for (const QLabel* label : dialog->findChildren<QLabel*>())
+            look(label->text());
+        for (const QAbstractButton* button : dialog->findChildren<QAbstractButton*>()) {
+            look(button->text());
+            look(button->toolTip());
+        }
+        for (const QGroupBox* group : dialog->findChildren<QGroupBox*>())
+            look(group->title());
+    }
+    EXPECT_GT(texts, 40);
 }
 
 TEST_F(WindowPartsTest, TheMenuOfATextBoxIsDutch)

@@ -83,6 +83,27 @@ TEST_F(WindowPositionTest, APlaceThatNoScreenShowsIsLeftAlone)
     EXPECT_EQ(m_form.x(), screen.left() + (screen.width() - 300) / 2);
 }
 
+TEST_F(WindowPositionTest, ADamagedPlaceDoesNotKeepAFormFromOpening)
+{
+    for (const char* damage : {"99999999999", "-99999999999", "1e999", "abc", ""}) {
+        m_form.setGeometry(5, 5, 300, 200);
+        for (const char* key : {"Left", "Top", "Width", "Height"})
+            Store(key, damage);
+        LoadWindowPosition(m_form, gIniFile());
+        EXPECT_EQ(m_form.size(), QSize(300, 200)) << damage;
+        const QRect screen = m_form.screen()->availableGeometry();
+        EXPECT_EQ(m_form.x(), screen.left() + (screen.width() - 300) / 2) << damage;
+    }
+}
+
+TEST_F(WindowPositionTest, AFormOfALargerScreenIsMadeToFit)
+{
+    Store("Width", "150000");
+    Store("Height", "150000");
+    LoadWindowPosition(m_form, gIniFile());
+    EXPECT_EQ(m_form.size(), m_form.screen()->availableVirtualSize());
+}
+
 TEST_F(WindowPositionTest, AFixedDialogKeepsItsSize)
 {
     m_form.setProperty("fixedDialog", true);

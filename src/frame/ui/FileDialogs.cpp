@@ -1,5 +1,8 @@
 #include "frame/ui/FileDialogs.h"
 
+#include "frame/Paths.h"
+
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QScreen>
@@ -55,7 +58,8 @@ QString ChooseFile(QWidget* owner, const FileRequest& request)
 {
     if (Chooser())
         return Chooser()(owner, request);
-    QFileDialog dialog(owner, request.title, request.initialFolder, DialogFilter(request.filters));
+    QFileDialog dialog(owner, request.title, ResolvePath(request.initialFolder),
+                       DialogFilter(request.filters));
     dialog.setAcceptMode(request.open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(request.open && request.fileMustExist ? QFileDialog::ExistingFile
                                                              : QFileDialog::AnyFile);
@@ -70,5 +74,5 @@ QString ChooseFile(QWidget* owner, const FileRequest& request)
     }
     if (dialog.exec() != QDialog::Accepted)
         return QString();
-    return dialog.selectedFiles().value(0);
+    return QDir::toNativeSeparators(dialog.selectedFiles().value(0));
 }

@@ -1,7 +1,6 @@
 #include "frame/ui/WindowPosition.h"
 
-#include "frame/Convert.h"
-#include "frame/Globals.h"
+#include "frame/Numbers.h"
 #include "frame/QLMIniFile.h"
 #include "frame/ui/FormUnits.h"
 
@@ -10,14 +9,26 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <cmath>
+
 namespace {
 
 constexpr auto kSection = "SETTINGS";
 
-int ReadTwips(QLMIniFile& ini, const QString& key, int presentPixels)
+/// In pixels. A damaged ini must not keep a form from opening.
+int ReadPlace(QLMIniFile& ini, const QString& key, int present)
 {
-    const QString present = NumberText(PixelsToTwips(presentPixels));
-    return gConvert().ConvLng(gConvert().NumSys(ini.GetString(kSection, key, present)));
+    constexpr int kFarAway = 1'000'000; // pixels
+    const auto twips = ParseNumber(ini.GetString(kSection, key));
+    if (!twips || std::fabs(*twips) > PixelsToTwips(kFarAway))
+        return present;
+    return TwipsToPixels(RoundToEven(*twips));
+}
+
+QSize AllScreens()
+{
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    return primary ? primary->availableVirtualSize() : QSize();
 }
 
 /// Whether enough of the title bar is on some screen to take hold of it.
@@ -54,12 +65,14 @@ void LoadWindowPosition(QWidget& form, QLMIniFile& ini)
     CenterForm(form);
     const QString name = form.objectName();
     const QPoint centred = form.pos();
-    const QPoint place(qMax(0, TwipsToPixels(ReadTwips(ini, name + "Left", form.x()))),
-                       qMax(0, TwipsToPixels(ReadTwips(ini, name + "Top", form.y()))));
+    const QPoint place(qMax(0, ReadPlace(ini, name + "Left", form.x())),
+                       qMax(0, ReadPlace(ini, name + "Top", form.y())));
     QSize size = form.size();
     if (!HasFixedSize(form)) {
-        size = QSize(TwipsToPixels(ReadTwips(ini, name + "Width", size.width())),
-                     TwipsToPixels(ReadTwips(ini, name + "Height", size.height())));
+        const QSize stored(ReadPlace(ini, name + "Width", size.width()),
+                           ReadPlace(ini, name + "Height", size.height()));
+        if (stored != size) // one that fitted on a larger screen keeps its edges in reach
+            size = stored.boundedTo(AllScreens().expandedTo(size));
         form.resize(size.expandedTo(form.minimumSize()));
     }
     form.move(IsReachable(place, size.width()) ? place : centred);

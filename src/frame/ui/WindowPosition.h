@@ -8,7 +8,8 @@ class QWidget;
 /// FormUnits.h). A form of a fixed size has no `Width` and `Height`.
 
 /// Puts the form where it was, in the middle of the screen at first. Negative
-/// places become 0, and a place that no screen shows any more is left alone.
+/// places become 0; a place that no screen shows any more, and a number that is
+/// none or far too large, are left alone. No form is larger than all screens.
 void LoadWindowPosition(QWidget& form, QLMIniFile& ini);
 
 /// Does nothing for a minimised or maximised form: its last normal place stays.
