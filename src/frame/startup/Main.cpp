@@ -40,9 +40,10 @@ bool ActivatePrevInstance(PreviousInstance& previous)
 {
     if (previous.Activate())
         return true;
-    // It holds the lock and does not answer: go on beside it, under another
+    // It holds the lock and nobody listens: go on beside it, under another
     // title, so that nobody takes this window for the first one.
-    SetApplicationTitle("unwanted instance");
+    if (previous.Exists())
+        SetApplicationTitle("unwanted instance");
     return false;
 }
 

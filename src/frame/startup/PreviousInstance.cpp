@@ -3,13 +3,16 @@
 #include "frame/Paths.h"
 #include "frame/startup/ForegroundRight.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QLocalSocket>
+#include <QThread>
 #include <QWidget>
 
 namespace {
 
 constexpr int kPatience = 2000; // ms, for an instance that is still starting
+constexpr int kPause = 50;      // ms, between two tries
 
 QString NameForUser()
 {
@@ -31,8 +34,14 @@ PreviousInstance::PreviousInstance()
     // Without a place for lock files there is no telling, and the program starts.
     if (!m_isFirst && m_lock.error() != QLockFile::LockFailedError)
         m_isFirst = true;
-    if (!m_isFirst)
-        return;
+    if (m_isFirst)
+        Listen();
+}
+
+PreviousInstance::~PreviousInstance() = default;
+
+void PreviousInstance::Listen()
+{
     QLocalServer::removeServer(m_name); // left behind by a killed instance
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
@@ -47,14 +56,26 @@ PreviousInstance::PreviousInstance()
     });
 }
 
-PreviousInstance::~PreviousInstance() = default;
-
 bool PreviousInstance::Activate()
 {
     GiveForegroundRight();
-    QLocalSocket socket;
-    socket.connectToServer(m_name);
-    return socket.waitForConnected(kPatience) && socket.waitForReadyRead(kPatience);
+    const QDeadlineTimer deadline(kPatience);
+    do {
+        QLocalSocket socket;
+        socket.connectToServer(m_name);
+        // Without an answer, but there, it is in the middle of its work and
+        // finds the knock later.
+        if (socket.waitForConnected(kPatience) &&
+            (socket.waitForReadyRead(kPatience) || socket.state() == QLocalSocket::ConnectedState))
+            return true;
+        if (m_lock.tryLock(0)) { // it was on its way out
+            m_isFirst = true;
+            Listen();
+            return false;
+        }
+        QThread::msleep(kPause); // it may not listen yet: a double click too many
+    } while (!deadline.hasExpired());
+    return false;
 }
 
 void BringForward(QWidget& window)

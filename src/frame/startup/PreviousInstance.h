@@ -21,7 +21,9 @@ public:
 
     /// Another instance is running.
     bool Exists() const { return !m_isFirst; }
-    /// Asks the running instance to come forward. False when it does not answer.
+    /// Asks the running instance to come forward; one that is busy does so as
+    /// soon as it can. False when nobody hears it: either the other has just
+    /// ended, and this instance is the first now, or it holds the lock only.
     bool Activate();
 
 signals:
@@ -29,6 +31,8 @@ signals:
     void Knocked();
 
 private:
+    void Listen();
+
     QString m_name;
     QLockFile m_lock;
     std::unique_ptr<QLocalServer> m_server;
