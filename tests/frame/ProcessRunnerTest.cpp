@@ -146,6 +146,60 @@ TEST_F(ProcessRunnerTest, ShowsBytesAsWindows1252AndLogsThemUnchanged)
     EXPECT_EQ(m_box.m_text, FromWindows1252(all));
 }
 
+TEST_F(ProcessRunnerTest, ALineThatNothingEndsIsKeptInBounds)
+{
+    Run({"line", "10000000"});
+    EXPECT_EQ(m_log.data().size(), 10000005);
+    EXPECT_LE(m_box.m_longest, 5255);
+    EXPECT_TRUE(m_box.m_text.endsWith("xxxeinde"));
+}
+
+TEST_F(ProcessRunnerTest, ACharacterInTwoHalvesArrivesAsItsBytes)
+{
+    Run({"halves"});
+    EXPECT_EQ(m_log.data(), "caf\xC3\xA9");
+    EXPECT_EQ(m_box.m_text, FromWindows1252("caf\xC3\xA9"));
+}
+
+#ifndef Q_OS_WIN
+TEST_F(ProcessRunnerTest, AGrandchildThatKeepsTheOutputOpenIsNotWaitedFor)
+{
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(Run({"leaves", "8000"}).exitCode, 0);
+    EXPECT_EQ(m_log.data(), "ik ga\r\n");
+    QString output;
+    EXPECT_EQ(m_runner.ExecuteWithResult(Child({"leaves", "8000"}), Folder(), output), 0);
+    EXPECT_EQ(output, "ik ga\r\n");
+    EXPECT_LT(timer.elapsed(), 6000);
+}
+
+TEST_F(ProcessRunnerTest, TerminateDoesNotWaitForAGrandchildEither)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QTimer::singleShot(200, [&] { m_runner.Terminate(); });
+    EXPECT_TRUE(Run({"waits", "8000"}).aborted);
+    EXPECT_LT(timer.elapsed(), 6000);
+    EXPECT_TRUE(m_box.m_text.startsWith("ik ga\r\n\r\nBEREKENING IS AFGEBROKEN"));
+}
+#endif
+
+TEST_F(ProcessRunnerTest, AFloodOfOutputLeavesTimeForTheUser)
+{
+    // Keys and clicks are served between two reads, as this timer is.
+    int served = 0;
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, [&] {
+        if (++served == 20)
+            m_runner.Terminate();
+    });
+    user.start(10);
+    EXPECT_TRUE(Run({"lines", "100000000"}).aborted);
+    EXPECT_GE(served, 20);
+    EXPECT_GT(m_log.data().size(), 100000) << "all that time it came in";
+}
+
 TEST_F(ProcessRunnerTest, WorksWithoutFormBoxAndLog)
 {
     EXPECT_EQ(m_runner.Execute(nullptr, Child({"lines", "100"}), Folder(), nullptr).exitCode, 0);

@@ -4,7 +4,6 @@
 #include "frame/Texts.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -21,40 +20,14 @@ protected:
 struct Kind {
     QString section;
     QString key;
-    /// The operations whose first number, literal, is of this kind.
-    QString callers;
 };
 
 const QList<Kind> kKinds{
-    {"Messages", "msg.", "ShowMessage|ShowMessageForm|MessageText|ShowMessageText"},
-    {"Fouten", "fout.", "RaiseFout|ShowFoutForm|ShowFout|FoutText"},
-    {"Questions", "qst.", "AskQuestion|AskQuestionButtons|QuestionText"},
-    {"StatusBarTeksten", "sbt.", "SetStatusBarTextByNumber|StatusBarTekst"},
-};
+    {"Messages", "msg."}, {"Fouten", "fout."}, {"Questions", "qst."}, {"StatusBarTeksten", "sbt."}};
 
 QString Key(const Kind& kind, int number)
 {
     return kind.key + QString::number(number).rightJustified(4, '0');
-}
-
-/// Every number that stands literally in a call: `Caller(5)`, `Caller(owner, 5`,
-/// `Caller("5"`, and the constants `k...Message = 5` and their like.
-QMap<int, QString> NumbersInCode(const Kind& kind)
-{
-    const QRegularExpression call(
-        "\\b(?:" + kind.callers +
-        ")\\(\\s*(?:[A-Za-z_*&][^,(){};]*(?:\\(\\))?,\\s*)?\"?(\\d+)\"?\\s*[,)]");
-    QMap<int, QString> numbers;
-    QDirIterator files(SOURCE_FOLDER "/src", {"*.cpp", "*.h"}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString file = files.next();
-        const QString code = QString::fromUtf8(ReadBytes(file));
-        auto matches = call.globalMatch(code);
-        while (matches.hasNext())
-            numbers.insert(matches.next().captured(1).toInt(), file);
-    }
-    return numbers;
 }
 
 /// The numbers that the system has, and how many arguments each is given.
@@ -115,21 +88,6 @@ TEST_F(ZandvoetIniTest, EveryNumberHasATextThatItsArgumentsFill)
             EXPECT_FALSE(text.contains('%')) << key.toStdString() << ": " << text.toStdString();
         }
     }
-}
-
-TEST_F(ZandvoetIniTest, EveryNumberThatTheCodeUsesHasAText)
-{
-    int found = 0;
-    for (const Kind& kind : kKinds) {
-        const QMap<int, QString> numbers = NumbersInCode(kind);
-        for (auto number = numbers.cbegin(); number != numbers.cend(); ++number) {
-            ++found;
-            EXPECT_NE(m_ini.GetString(kind.section, Key(kind, number.key()), "-"), "-")
-                << number.value().toStdString() << " uses "
-                << Key(kind, number.key()).toStdString();
-        }
-    }
-    EXPECT_GT(found, 0) << "the search meets no call at all";
 }
 
 TEST_F(ZandvoetIniTest, EveryTextBelongsToANumberOfTheSystem)

@@ -10,6 +10,8 @@
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
+#else
+#include <unistd.h>
 #endif
 
 namespace {
@@ -81,6 +83,26 @@ int main(int argc, char** argv)
         Write("ik blijf\r\n");
         Sleep(int(number));
     }
+    if (mode == "line") { // one line of so many characters, which nothing ends
+        Write(std::string(std::size_t(number), 'x'));
+        Write("einde");
+    }
+    if (mode == "halves") { // a character of two bytes, parted between two writes
+        Write("caf\xC3");
+        Sleep(80);
+        Write("\xA9");
+    }
+#ifndef _WIN32
+    if (mode == "leaves" || mode == "waits") { // a child of its own keeps the output open
+        Write("ik ga\r\n");
+        if (fork() == 0) {
+            Sleep(int(number));
+            _exit(0);
+        }
+        if (mode == "waits")
+            Sleep(int(number));
+    }
+#endif
     if (mode == "crash") {
         Write("voor de val");
         std::abort();
