@@ -9,6 +9,15 @@ using sql::IdLijst;
 using sql::InDubbeleQuotes;
 using sql::InEnkeleQuotes;
 
+namespace {
+
+QString IdsVanBerekening(const QString& naam)
+{
+    return "SELECT [Id] From Berekening WHERE Naam=" + InDubbeleQuotes(naam) + ";";
+}
+
+} // namespace
+
 int HRdb::AddBerekening(const QString& naam, int profielId, const QString& faalmechanisme,
                         double overslagdebiet)
 {
@@ -30,12 +39,11 @@ int HRdb::AddBerekening(const QString& naam, int profielId, const QString& faalm
 int HRdb::FindBerekening(const QString& naam, int profielId, const QString& faalmechanisme,
                          double overslagdebiet)
 {
-    const auto rows = Open("SELECT Id FROM Berekening WHERE [Naam]=" + InEnkeleQuotes(naam) +
-                               " AND [ProfielId]=" + Getal(profielId) +
-                               " AND [Faalmechanisme]=" + InEnkeleQuotes(faalmechanisme) +
-                               " AND [QOverslag]=" + Getal(overslagdebiet) + ";",
-                           jet::RecordsetType::Snapshot);
-    return heeftRecords(rows) ? rows->Get("Id").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId("SELECT Id FROM Berekening WHERE [Naam]=" + InEnkeleQuotes(naam) +
+                      " AND [ProfielId]=" + Getal(profielId) +
+                      " AND [Faalmechanisme]=" + InEnkeleQuotes(faalmechanisme) +
+                      " AND [QOverslag]=" + Getal(overslagdebiet) + ";",
+                  jet::RecordsetType::Snapshot);
 }
 
 void HRdb::AddNewResultaatRecord(int berekeningId, const QString& locatie, double herhalingstijd)
@@ -51,17 +59,7 @@ void HRdb::AddNewResultaatRecord(int berekeningId, const QString& locatie, doubl
 
 void HRdb::RenameBerekening(const QString& oud, const QString& nieuw)
 {
-    reOpenDB(false);
-    if (nieuw.trimmed().isEmpty() || !IsOpen() || !TableExists("Berekening"))
-        return;
-    const auto rows = Open("SELECT * FROM Berekening WHERE Naam=" + InDubbeleQuotes(oud));
-    if (!heeftRecords(rows))
-        return;
-    for (; !rows->EndOfFile(); rows->MoveNext()) {
-        rows->Edit();
-        rows->Set("Naam", jet::Value(nieuw.toStdString()));
-        rows->Update();
-    }
+    RenameRows("Berekening", oud, nieuw);
 }
 
 bool HRdb::BerekeningExists(const QString& naam)
@@ -71,22 +69,20 @@ bool HRdb::BerekeningExists(const QString& naam)
 
 int HRdb::GetBerekening_ID(const QString& naam)
 {
-    const auto rows = GetBerekening_IDs(naam);
-    return heeftRecords(rows) ? rows->Get("Id").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId(IdsVanBerekening(naam));
 }
 
 RecordsetPtr HRdb::GetBerekening_IDs(const QString& naam)
 {
-    return Open("SELECT [Id] From Berekening WHERE Naam=" + InDubbeleQuotes(naam) + ";");
+    return Open(IdsVanBerekening(naam));
 }
 
 int HRdb::GetBerekening_ID_Profiel(const QString& naam, const QString& profielnaam)
 {
     // A calculation without profile has ProfielId 0.
     const int profielId = profielnaam.trimmed().isEmpty() ? 0 : GetProfiel_ID(profielnaam);
-    const auto rows = Open("SELECT [Id] From Berekening WHERE Naam=" + InDubbeleQuotes(naam) +
-                           " AND ProfielId=" + Getal(profielId) + ";");
-    return heeftRecords(rows) ? rows->Get("Id").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId("SELECT [Id] From Berekening WHERE Naam=" + InDubbeleQuotes(naam) +
+                  " AND ProfielId=" + Getal(profielId) + ";");
 }
 
 void HRdb::DeleteBerekening(const QString& naam)

@@ -1,5 +1,6 @@
 #include "database/HRdb.h"
 #include "database/SqlTekst.h"
+#include "database/Transactie.h"
 
 #include "frame/FileSystemObject.h"
 #include "frame/Fouten.h"
@@ -31,18 +32,26 @@ const QStringList kLatereProfielvelden{
     "paaldiameter",          "hartafstandpalen",     "rietkraag",       "vegetatiebreedte",
     "aantallevendestengels", "seizoensinvloedfactor"};
 
-/// Names of rows, each once, in the order of the list: the result rows of one
-/// calculation at one location come one after the other, but not always.
+/// A calculation at a location, and the folder that should hold its output.
 struct BerekeningMap {
     int locatieId, berekeningId;
     QString locatie, berekening, map;
 };
+
+/// A file as a statement names it. Square brackets cannot hold a closing one, which a
+/// folder's name can.
+QString NaamVanBestand(const QString& pad)
+{
+    return pad.contains(']') ? '`' + pad + '`' : '[' + pad + ']';
+}
 
 QString BerekeningMapnaam(const QString& berekening, const QString& profiel)
 {
     return profiel.trimmed().isEmpty() ? berekening : berekening + "_" + profiel;
 }
 
+/// Each pair of location and calculation once, in the order of the rows: there is one for
+/// every result, and those of a pair need not stand together.
 QList<BerekeningMap> ReadBerekeningMappen(const RecordsetPtr& berekeningen)
 {
     QList<BerekeningMap> mappen;
@@ -71,19 +80,13 @@ OpenResult HRdb::Guard(bool readOnly)
         return OpenResult::CheckFailed;
     }
 
-    auto result = OpenResult::Accepted;
-    {
-        const auto locaties = GetLocatieTabel();
-        if (heeftRecords(locaties)) {
-            locaties->MoveLast();
-            if (locaties->RecordCount() > kMaximumAantalLocaties)
-                result = OpenResult::TooManyLocations;
-        }
-    }
-    const auto reconciled = ReconcileResults(result);
+    auto result = CountRows(GetLocatieTabel()) > kMaximumAantalLocaties
+                      ? OpenResult::TooManyLocations
+                      : OpenResult::Accepted;
+    result = ReconcileResults(result);
     if (!readOnly)
         UpdateKwaliteitskenmerk();
-    return reconciled;
+    return result;
 }
 
 OpenResult HRdb::ReconcileResults(OpenResult result)
@@ -177,6 +180,7 @@ void HRdb::EnsureVeiligheidsklasseTable()
         return;
     KeepCopyBeforeChange();
     using jet::ColumnType;
+    Transactie transactie(m_workspace, m_leftOpen); // never a table with some of its rows
     m_database->CreateTable({.name = "VeiligheidsklasseHerhalingstijd",
                              .fields = {{.name = "Veiligheidsklasse", .type = ColumnType::Long},
                                         {.name = "Herhalingstijd", .type = ColumnType::Double}}});
@@ -185,6 +189,7 @@ void HRdb::EnsureVeiligheidsklasseTable()
     Execute("INSERT INTO VeiligheidsklasseHerhalingstijd VALUES (3,100);");
     Execute("INSERT INTO VeiligheidsklasseHerhalingstijd VALUES (4,300);");
     Execute("INSERT INTO VeiligheidsklasseHerhalingstijd VALUES (5,1000);");
+    transactie.Commit();
 }
 
 void HRdb::EnsureBerekeningTable()
@@ -249,16 +254,14 @@ void HRdb::RefreshStatistiekTables()
     if (!FileExists(statistieken))
         return; // the walk over the tables reports the first as missing
 
-    const QString doel = m_fileName;
     CloseDB();
     {
-        const auto bron = m_workspace.OpenDatabase(
-            std::filesystem::path(ResolvePath(statistieken).toStdU16String()),
-            {.exclusive = true, .readOnly = true});
+        const auto bron = m_workspace.OpenDatabase(EnginePath(statistieken),
+                                                   {.exclusive = true, .readOnly = true});
+        const QString doel = NaamVanBestand(ResolvePath(m_fileName));
         for (const char* tabel : kStatistiektabellen)
-            bron->Execute(QStringLiteral("SELECT * into [%1].[%2] FROM [%2];")
-                              .arg(ResolvePath(doel), QLatin1String(tabel))
-                              .toStdString());
+            bron->Execute(
+                ("SELECT * into " + doel + ".[" + tabel + "] FROM [" + tabel + "];").toStdString());
     }
     Connect(false);
 }
@@ -277,24 +280,23 @@ void HRdb::CheckFieldsOfTable(QLMIniFile& tabellen, const QString& tabel)
 {
     const QString geenVeld = "NO MORE FIELDS";
     const bool opwaardeerbaar = tabel.compare("Profielen", Qt::CaseInsensitive) == 0;
-    bool opgewaardeerd = false;
     for (int i = 1;; ++i) {
         const QString regel = tabellen.GetString(tabel, "f." + QString::number(i), geenVeld);
         if (regel == geenVeld)
             return;
         const QString veldnaam = regel.section(';', 0, 0);
-        if (opgewaardeerd || FieldExists(tabel, veldnaam))
+        if (FieldExists(tabel, veldnaam))
             continue;
         if (!opwaardeerbaar || !kLatereProfielvelden.contains(veldnaam.toLower()))
             RaiseFout(1501, {m_fileName, tabel, veldnaam});
-        UpgradeProfielen();
-        opgewaardeerd = true;
+        UpgradeProfielen(); // brings the other nine as well
     }
 }
 
 void HRdb::UpgradeProfielen()
 {
     KeepCopyBeforeChange();
+    Transactie transactie(m_workspace, m_leftOpen);
     // All ten in one statement: a table that lacks only some of them is no
     // known state, and is refused by the engine here.
     Execute("ALTER TABLE Profielen ADD COLUMN [Kruinbreedte] SINGLE NOT NULL,[Taludhelling] SINGLE "
@@ -302,15 +304,20 @@ void HRdb::UpgradeProfielen()
             "NULL,[Paaldiameter] SINGLE NOT NULL,[HartafstandPalen] SINGLE NOT NULL,[Rietkraag] "
             "INTEGER NOT NULL,[Vegetatiebreedte] SINGLE NOT NULL,[AantalLevendeStengels] SINGLE "
             "NOT NULL,[SeizoensinvloedFactor] SINGLE NOT NULL;");
+    // In this dialect INTEGER has 32 bits; these fields are to have 16.
+    for (const char* veld : {"Constructietype", "Palenrij", "Rietkraag"})
+        m_database->ChangeField("Profielen",
+                                {.name = veld, .type = jet::ColumnType::Integer, .required = true});
     const auto profielen = Open("SELECT * FROM Profielen;");
-    if (!heeftRecords(profielen))
-        return;
-    for (; !profielen->EndOfFile(); profielen->MoveNext()) {
-        profielen->Edit();
-        for (const QString& naam : kLatereProfielvelden)
-            profielen->Set(naam.toStdString(), jet::Value(0));
-        profielen->Update();
+    if (heeftRecords(profielen)) {
+        for (; !profielen->EndOfFile(); profielen->MoveNext()) {
+            profielen->Edit();
+            for (const QString& naam : kLatereProfielvelden)
+                profielen->Set(naam.toStdString(), jet::Value(0));
+            profielen->Update();
+        }
     }
+    transactie.Commit();
 }
 
 HRdb::LocatieNamen HRdb::ReadLocatieNamen()
@@ -318,13 +325,10 @@ HRdb::LocatieNamen HRdb::ReadLocatieNamen()
     LocatieNamen resultaat;
     const auto verschillend = Open("SELECT DISTINCT omschrijving FROM Locatie");
     const auto alle = Open("SELECT omschrijving FROM Locatie");
-    if (!heeftRecords(verschillend) || !heeftRecords(alle))
-        return resultaat;
-    for (; !verschillend->EndOfFile(); verschillend->MoveNext())
-        resultaat.verschillend << veld::Tekst(*verschillend, "omschrijving");
-    verschillend->MoveLast();
-    alle->MoveLast();
-    resultaat.dubbel = verschillend->RecordCount() != alle->RecordCount();
+    resultaat.dubbel = CountRows(verschillend) != CountRows(alle);
+    if (heeftRecords(verschillend))
+        for (; !verschillend->EndOfFile(); verschillend->MoveNext())
+            resultaat.verschillend << veld::Tekst(*verschillend, "omschrijving");
     return resultaat;
 }
 
@@ -365,14 +369,14 @@ bool HRdb::IsBruikbareMapnaam(const QString& tekst)
     return true;
 }
 
-bool HRdb::TableExists(const QString& tabel) const
+bool HRdb::TableExists(const QString& tabel)
 {
-    return m_database->HasTable(tabel.toStdString());
+    return Connection().HasTable(tabel.toStdString());
 }
 
-bool HRdb::FieldExists(const QString& tabel, const QString& veldnaam) const
+bool HRdb::FieldExists(const QString& tabel, const QString& veldnaam)
 {
-    return m_database->GetTableDef(tabel.toStdString()).FindField(veldnaam.toStdString());
+    return Connection().GetTableDef(tabel.toStdString()).FindField(veldnaam.toStdString());
 }
 
 void HRdb::KeepCopyBeforeChange()
@@ -391,13 +395,14 @@ void HRdb::KeepCopyBeforeChange()
 
     // Nothing can copy the file while we hold it exclusively.
     CloseDB();
-    QString melding = "Kopie van de database bewaard als " + QFileInfo(kopie).fileName();
+    m_copyReport = "Kopie van de database bewaard als " + QFileInfo(kopie).fileName();
     try {
         gFso().CopyFile(m_fileName, kopie);
     } catch (const std::exception& error) {
-        melding = "Er kon geen kopie van de database worden bewaard: " + Description(error);
+        m_copyReport = "Er kon geen kopie van de database worden bewaard: " +
+                       Description(error).replace('|', ' ');
     }
     Connect(false);
     if (m_statusbarForm)
-        m_statusbarForm->SetStatusBarText(melding);
+        m_statusbarForm->SetStatusBarText(m_copyReport);
 }

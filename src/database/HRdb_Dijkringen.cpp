@@ -1,5 +1,6 @@
 #include "database/HRdb.h"
 #include "database/SqlTekst.h"
+#include "database/Transactie.h"
 
 using sql::InDubbeleQuotes;
 
@@ -11,15 +12,14 @@ constexpr char kDijkring[] = "Dijkring";
 
 RecordsetPtr HRdb::GetDijkringNamen()
 {
-    reOpenDB(false);
     if (!TableExists(kDijkring)) {
         using jet::ColumnType;
-        m_database->CreateTable({.name = kDijkring,
-                                 .fields = {{.name = "Naam", .type = ColumnType::Memo},
-                                            {.name = "Locatie", .type = ColumnType::Memo},
-                                            {.name = "Profiel", .type = ColumnType::Memo},
-                                            {.name = "ProfielNaam", .type = ColumnType::Memo},
-                                            {.name = "QOverslag", .type = ColumnType::Single}}});
+        Connection().CreateTable({.name = kDijkring,
+                                  .fields = {{.name = "Naam", .type = ColumnType::Memo},
+                                             {.name = "Locatie", .type = ColumnType::Memo},
+                                             {.name = "Profiel", .type = ColumnType::Memo},
+                                             {.name = "ProfielNaam", .type = ColumnType::Memo},
+                                             {.name = "QOverslag", .type = ColumnType::Single}}});
     }
     auto rows =
         Open("SELECT DISTINCT Naam FROM Dijkring", jet::RecordsetType::Dynaset, {.readOnly = true});
@@ -66,6 +66,7 @@ void HRdb::CopyDijkring(const QString& bron, const QString& nieuw)
     if (!heeftRecords(van))
         return;
     const int velden = static_cast<int>(van->Fields().size());
+    Transactie transactie(m_workspace, m_leftOpen);
     for (; !van->EndOfFile(); van->MoveNext()) {
         naar->AddNew();
         for (int veld = 0; veld < velden; ++veld)
@@ -73,21 +74,12 @@ void HRdb::CopyDijkring(const QString& bron, const QString& nieuw)
         naar->Set("Naam", jet::Value(nieuw.toStdString()));
         naar->Update();
     }
+    transactie.Commit();
 }
 
 void HRdb::RenameDijkring(const QString& oud, const QString& nieuw)
 {
-    reOpenDB(false);
-    if (nieuw.trimmed().isEmpty() || !IsOpen() || !TableExists(kDijkring))
-        return;
-    const auto rows = Open("SELECT * FROM Dijkring WHERE Naam=" + InDubbeleQuotes(oud));
-    if (!heeftRecords(rows))
-        return;
-    for (; !rows->EndOfFile(); rows->MoveNext()) {
-        rows->Edit();
-        rows->Set("Naam", jet::Value(nieuw.toStdString()));
-        rows->Update();
-    }
+    RenameRows(kDijkring, oud, nieuw);
 }
 
 void HRdb::DeleteDijkring(const QString& naam)
@@ -98,6 +90,8 @@ void HRdb::DeleteDijkring(const QString& naam)
     const auto rows = Open("SELECT * FROM Dijkring WHERE Naam=" + InDubbeleQuotes(naam));
     if (!heeftRecords(rows))
         return;
+    Transactie transactie(m_workspace, m_leftOpen);
     for (; !rows->EndOfFile(); rows->MoveNext())
         rows->Delete();
+    transactie.Commit();
 }

@@ -4,8 +4,6 @@
 
 #include "frame/Fouten.h"
 
-#include <algorithm>
-
 using sql::Getal;
 using sql::InDubbeleQuotes;
 
@@ -41,16 +39,13 @@ RecordsetPtr HRdb::GetProfielSegementen(int profielId)
 
 int HRdb::GetProfiel_ID(const QString& naam)
 {
-    const auto rows =
-        Open("SELECT [Profiel_ID] From Profielen WHERE Naam=" + InDubbeleQuotes(naam) + ";");
-    return heeftRecords(rows) ? rows->Get("Profiel_ID").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId("SELECT [Profiel_ID] From Profielen WHERE Naam=" + InDubbeleQuotes(naam) + ";");
 }
 
 int HRdb::GetMaxProfiel_ID()
 {
-    const auto rows = Open("SELECT Max(Profiel_ID) AS MaxProfielId FROM Profielen;");
     // On an empty table the one row of the aggregate holds null.
-    return heeftRecords(rows) ? rows->Get("MaxProfielId").AsIntOr(kNietBekend) : kNietBekend;
+    return FindId("SELECT Max(Profiel_ID) AS MaxProfielId FROM Profielen;");
 }
 
 bool HRdb::ProfielHeeftVertikaleWand(const QString& naam)
@@ -114,7 +109,7 @@ int HRdb::InsertProfiel(const ProfielGegevens& profiel)
         "Vegetatiebreedte],[AantalLevendeStengels],[SeizoensinvloedFactor],[Memo]";
 
     // Files have either kind of key: numbered by the engine or by us.
-    const auto tabel = m_database->GetTableDef("Profielen");
+    const auto tabel = Connection().GetTableDef("Profielen");
     const auto* sleutel = tabel.FindField("Profiel_ID");
     if (sleutel && !sleutel->autoNumber) {
         const int hoogste = GetMaxProfiel_ID();

@@ -2,9 +2,7 @@
 #include "database/SqlTekst.h"
 
 #include "frame/Convert.h"
-#include "frame/Globals.h"
-
-#include <algorithm>
+#include "frame/Numbers.h"
 
 using sql::Getal;
 using sql::IdLijst;
@@ -343,8 +341,7 @@ QString HRdb::GetDbValueFromField(const jet::Recordset& recordset, const QString
         const double getal = waarde.AsDouble();
         if (missing && getal == *missing)
             return {};
-        const QString tekst = NumberText(getal);
-        return puntdecimaal ? gConvert().NumPoint(tekst) : gConvert().NumSys(tekst);
+        return puntdecimaal ? NumberText(getal) : ScreenText(getal);
     }
     case jet::ColumnType::Text:
         return '"' + QString::fromStdString(waarde.AsTextOr("")) + '"';

@@ -4,6 +4,8 @@
 #include "frame/Fouten.h"
 #include "frame/Ports.h"
 
+#include <QScopeGuard>
+
 // The texts below speak of wind speeds where the set-up is tested, name
 // "windsector 1" whatever the reference sector is, and the reference sector is
 // spared the test on negative values. Kept so: users know these lines.
@@ -24,6 +26,12 @@ void HRdb::Checkscheefstandtabel()
     if (m_statusbarForm)
         vorigeStatus =
             m_statusbarForm->SetStatusBarText("Controle scheefstandtabel, kan even duren...");
+    const auto herstelStatus = qScopeGuard([&] {
+        if (!m_statusbarForm)
+            return;
+        m_statusbarForm->ClearStatusBarText();
+        m_statusbarForm->SetStatusBarText(vorigeStatus);
+    });
 
     QList<int> sectoren;
     const auto sectorRijen =
@@ -34,43 +42,30 @@ void HRdb::Checkscheefstandtabel()
         sectoren << sectorRijen->Get("Richting_ID").AsInt();
 
     const auto locaties = Open("SELECT * from Locatie", kSnapshot);
-    if (heeftRecords(locaties)) {
-        locaties->MoveLast();
-        const int aantal = locaties->RecordCount();
-        locaties->MoveFirst();
+    const int aantal = CountRows(locaties);
+    if (aantal == 0)
+        return;
+    const int aantalMetScheefstand = CountRows(
+        Open("SELECT DISTINCT Locatie_ID FROM scheefstand where Locatie_ID IN ( SELECT DISTINCT "
+             "Locatie_ID FROM Locatie);",
+             kSnapshot));
+    if (aantal != aantalMetScheefstand)
+        RaiseFout(12, {RelativeFileName(), QString::number(aantal),
+                       QString::number(aantalMetScheefstand)});
 
-        const auto metScheefstand = Open(
-            "SELECT DISTINCT Locatie_ID FROM scheefstand where Locatie_ID IN ( SELECT DISTINCT "
-            "Locatie_ID FROM Locatie);",
-            kSnapshot);
-        int aantalMetScheefstand = 0;
-        if (heeftRecords(metScheefstand)) {
-            metScheefstand->MoveLast();
-            aantalMetScheefstand = metScheefstand->RecordCount();
+    int fouten = 0;
+    for (; !locaties->EndOfFile(); locaties->MoveNext()) {
+        m_logRtb->Append("Controle locatie " + veld::Tekst(*locaties, "omschrijving"));
+        QString melding;
+        if (ControleerLocatieScheefstand(locaties->Get("Locatie_ID").AsInt(), sectoren, melding)) {
+            m_logRtb->Append(" [OK]");
+        } else {
+            m_logRtb->Append(" [" + melding + "]");
+            ++fouten;
         }
-        if (aantal != aantalMetScheefstand)
-            RaiseFout(12, {RelativeFileName(), QString::number(aantal),
-                           QString::number(aantalMetScheefstand)});
-
-        int fouten = 0;
-        for (; !locaties->EndOfFile(); locaties->MoveNext()) {
-            m_logRtb->Append("Controle locatie " + veld::Tekst(*locaties, "omschrijving"));
-            QString melding;
-            if (ControleerLocatieScheefstand(locaties->Get("Locatie_ID").AsInt(), sectoren,
-                                             melding)) {
-                m_logRtb->Append(" [OK]");
-            } else {
-                m_logRtb->Append(" [" + melding + "]");
-                ++fouten;
-            }
-            m_logRtb->Append("\r\n");
-        }
-        m_logRtb->Append("\r\nAantal geconstateerde fouten: " + QString::number(fouten));
+        m_logRtb->Append("\r\n");
     }
-    if (m_statusbarForm) {
-        m_statusbarForm->ClearStatusBarText();
-        m_statusbarForm->SetStatusBarText(vorigeStatus);
-    }
+    m_logRtb->Append("\r\nAantal geconstateerde fouten: " + QString::number(fouten));
 }
 
 HRdb::Scheefstandtabel HRdb::ReadScheefstand(int locatieId, int sector)
@@ -83,8 +78,9 @@ HRdb::Scheefstandtabel HRdb::ReadScheefstand(int locatieId, int sector)
     Scheefstandtabel tabel;
     if (heeftRecords(rows)) {
         for (; !rows->EndOfFile(); rows->MoveNext()) {
-            tabel[0].push_back(rows->Get(0).AsDouble());
-            tabel[1].push_back(rows->Get(1).AsDouble());
+            // An empty field is not known: a fault of its location, not of the check.
+            tabel[0].push_back(rows->Get(0).AsDoubleOr(kNietBekend));
+            tabel[1].push_back(rows->Get(1).AsDoubleOr(kNietBekend));
         }
     }
     return tabel;

@@ -1,15 +1,36 @@
 #include "database/SqlTekst.h"
 
+#include "frame/Fouten.h"
+#include "frame/Numbers.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace {
+
+void RequireNumber(double waarde)
+{
+    if (!std::isfinite(waarde))
+        RaiseRuntimeFout(RuntimeFout::Overflow,
+                         "Een waarde is geen getal of te groot om op te slaan.");
+}
+
+} // namespace
+
 namespace sql {
 
 QString Getal(double waarde)
 {
-    return QString::number(waarde, 'g', 15);
+    RequireNumber(waarde);
+    return NumberText(waarde);
 }
 
 QString Getal(float waarde)
 {
-    return QString::number(double(waarde), 'g', 7);
+    RequireNumber(double(waarde));
+    char tekst[32];
+    const auto einde = std::to_chars(tekst, tekst + sizeof tekst, waarde).ptr;
+    return QString::fromLatin1(tekst, einde - tekst);
 }
 
 QString InDubbeleQuotes(const QString& naam)
@@ -24,6 +45,8 @@ QString InEnkeleQuotes(const QString& naam)
 
 QString IdLijst(const QList<int>& ids)
 {
+    if (ids.isEmpty())
+        return "NULL";
     QStringList teksten;
     for (const int id : ids)
         teksten << QString::number(id);

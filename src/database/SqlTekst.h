@@ -9,9 +9,10 @@
 /// How values enter a statement.
 namespace sql {
 
-/// With a point as decimal sign and at most 15 significant digits, whatever the system's settings.
+/// With a point as decimal sign and at most 15 significant digits, whatever the
+/// system's settings. Raises RuntimeFout::Overflow for what is no finite number.
 QString Getal(double waarde);
-/// With the digits that a single has.
+/// With as many digits as it takes to read the same single back.
 QString Getal(float waarde);
 inline QString Getal(int waarde)
 {
@@ -22,7 +23,7 @@ inline QString Getal(int waarde)
 QString InDubbeleQuotes(const QString& naam);
 /// 'naam', with each ' doubled.
 QString InEnkeleQuotes(const QString& naam);
-/// The ids for IN (...), in the order of the list.
+/// The ids for IN (...), in the order of the list. An empty list finds no rows.
 QString IdLijst(const QList<int>& ids);
 /// `statement` with %1, %2, ... replaced in order, every occurrence.
 QString VulParameters(QString statement, const QStringList& waarden);

@@ -9,42 +9,24 @@
 /// next outermost commit takes them with it; the end of the connection undoes them.
 class Transactie {
 public:
-    Transactie(jet::Workspace& workspace, int& leftOpen)
-        : m_workspace(workspace), m_leftOpen(leftOpen)
-    {
-        m_workspace.BeginTrans();
-    }
-    ~Transactie()
-    {
-        if (!m_open)
-            return;
-        try {
-            m_workspace.Rollback();
-        } catch (const jet::Error&) {
-            // The error that brought us here is the one to tell.
-        }
-    }
+    /// Both must outlive this.
+    Transactie(jet::Workspace& workspace, int& leftOpen);
+    ~Transactie();
     Transactie(const Transactie&) = delete;
     Transactie& operator=(const Transactie&) = delete;
 
-    /// Commits and waits until the disk has everything.
-    void Commit()
-    {
-        m_workspace.CommitTrans(jet::Flush::Yes);
-        m_open = false;
-        if (m_workspace.TransactionDepth() > m_leftOpen)
-            return;
-        for (; m_leftOpen > 0; --m_leftOpen)
-            m_workspace.CommitTrans(jet::Flush::Yes);
-    }
+    /// Commits and waits until the disk has everything. When that fails it is
+    /// rolled back, with all that was left open before it, and the error goes up.
+    void Commit();
     /// Leaves the transaction to the next commit or to the end of the connection.
-    void LeaveOpen()
-    {
-        m_open = false;
-        ++m_leftOpen;
-    }
+    /// One that can only be undone (the disk was full) is rolled back after all:
+    /// left open it would keep everybody from reading.
+    void LeaveOpen();
 
 private:
+    bool CanGoOn();
+    void RollBackLeftOpen();
+
     jet::Workspace& m_workspace;
     int& m_leftOpen;
     bool m_open = true;

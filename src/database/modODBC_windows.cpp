@@ -16,8 +16,10 @@ void RemoveDataSource(const QString& naam)
     if (!bibliotheek)
         return;
     using Config = BOOL(WINAPI*)(HWND, WORD, LPCSTR, LPCSTR);
-    if (const auto config =
-            reinterpret_cast<Config>(GetProcAddress(bibliotheek, "SQLConfigDataSource"))) {
+    // By way of void(*)(), from which any function may be had without a warning.
+    const auto adres =
+        reinterpret_cast<void (*)()>(GetProcAddress(bibliotheek, "SQLConfigDataSource"));
+    if (const auto config = reinterpret_cast<Config>(adres)) {
         QByteArray kenmerken = "DSN=" + naam.toLocal8Bit();
         kenmerken.append('\0'); // with the array's own: the list ends in two
         config(nullptr, kRemoveDataSource, kStuurprogramma, kenmerken.constData());

@@ -41,6 +41,15 @@ protected:
         return statements;
     }
 
+    /// And so many locations that there are 1001.
+    static std::vector<std::string> MetTeVeelLocaties(std::vector<std::string> statements)
+    {
+        for (int i = 24; i < 1001; ++i)
+            statements.push_back("INSERT INTO Locatie (omschrijving) VALUES ('L" +
+                                 std::to_string(i) + "')");
+        return statements;
+    }
+
     QStringList Kopieen() const { return QDir(Pad("")).entryList({"*.voor-opwaardering-*.mdb"}); }
 
     QString bestand;
@@ -90,11 +99,19 @@ TEST_F(BewakingTest, UpgradesAnOldFile)
         Lees(oud, "SELECT [Momentane kans] FROM [Kanswindrichting zomer] WHERE Richting_ID=1"),
         (Rijen{{"0.07"}}))
         << "the statistics are the reference file's";
+    const auto profielen = jet::Workspace()
+                               .OpenDatabase(oud.toStdString(), {.readOnly = true})
+                               ->GetTableDef("Profielen");
+    for (const char* naam : {"Constructietype", "Palenrij", "Rietkraag"}) {
+        EXPECT_EQ(profielen.FindField(naam)->type, jet::ColumnType::Integer) << naam;
+        EXPECT_TRUE(profielen.FindField(naam)->required) << naam;
+    }
+    EXPECT_EQ(profielen.FindField("Paaldiameter")->type, jet::ColumnType::Single);
     for (const char* naam : {"Berekening", "Resultaat"})
         EXPECT_EQ(Lees(oud, std::string("SELECT COUNT(*) FROM ") + naam), (Rijen{{"0"}})) << naam;
 }
 
-TEST_F(BewakingTest, TheTablesItMakesHaveTheToldFieldsDefaultsAndKeys)
+TEST_F(BewakingTest, TheTablesItMakesCanBeUsedAtOnce)
 {
     ASSERT_EQ(OpenNa({"DROP TABLE Berekening", "DROP TABLE Resultaat"}), OpenResult::Accepted);
     const int id = db.AddBerekening("een", 0, "OVERLOOP", -999);
@@ -103,30 +120,6 @@ TEST_F(BewakingTest, TheTablesItMakesHaveTheToldFieldsDefaultsAndKeys)
     db.AddNewResultaatRecord(id, "Plas-01", 10);
     EXPECT_EQ(Lees("SELECT HBN_MS_MO, GOLFRICHTING, [DOMINANTE WINDRICHTING] FROM Resultaat"),
               (Rijen{{"-999", "-999", "-999"}}));
-    db.CloseDB();
-
-    jet::Workspace workspace;
-    const auto database = workspace.OpenDatabase(bestand.toStdString());
-    const auto berekening = database->GetTableDef("Berekening");
-    ASSERT_EQ(berekening.fields.size(), 5U);
-    EXPECT_TRUE(berekening.FindField("Id")->autoNumber);
-    EXPECT_EQ(berekening.FindField("Naam")->size, 255);
-    EXPECT_EQ(berekening.FindField("Faalmechanisme")->size, 50);
-    ASSERT_NE(berekening.PrimaryKey(), nullptr);
-    EXPECT_EQ(berekening.PrimaryKey()->name, "PrimaryKey");
-    const auto* tweede = berekening.FindIndex("SecondaryKey");
-    ASSERT_NE(tweede, nullptr);
-    EXPECT_TRUE(tweede->unique && tweede->required && !tweede->primary);
-    EXPECT_EQ(tweede->fields.size(), 4U);
-
-    const auto resultaat = database->GetTableDef("Resultaat");
-    ASSERT_EQ(resultaat.fields.size(), 13U);
-    EXPECT_TRUE(resultaat.FindField("Berekening_ID")->required);
-    EXPECT_EQ(resultaat.FindField("Berekening_ID")->defaultValue, "0");
-    EXPECT_FALSE(resultaat.FindField("STREEFPEIL")->required);
-    EXPECT_EQ(resultaat.FindField("STREEFPEIL")->defaultValue, "-999");
-    ASSERT_NE(resultaat.PrimaryKey(), nullptr);
-    EXPECT_EQ(resultaat.PrimaryKey()->fields.size(), 3U);
 }
 
 TEST_F(BewakingTest, OneEqualSectorCostsAllFiveStatisticTables)
@@ -213,6 +206,31 @@ TEST_F(BewakingTest, AMissingFieldIs1501)
     EXPECT_TRUE(db.OpenErrDescription().contains("B_org")) << Omschrijving();
 }
 
+TEST_F(BewakingTest, BehindTheUpgradeOfProfilesTheOtherFieldsAreStillAskedFor)
+{
+    bestand = OudeDatabase();
+    GebruikStatistieken(".\\Statistieken.mdb");
+    VoorbeeldDatabase("Statistieken.mdb");
+    {
+        jet::Workspace workspace;
+        workspace.OpenDatabase(bestand.toStdString())->DropField("Profielen", "Memo");
+    }
+    EXPECT_EQ(db.OpenDB(bestand, false, true), OpenResult::CheckFailed);
+    EXPECT_TRUE(db.OpenErrDescription().contains("Profielen")) << Omschrijving();
+    EXPECT_TRUE(db.OpenErrDescription().contains("Memo")) << Omschrijving();
+}
+
+TEST_F(BewakingTest, AFieldOfProfilesThatIsNoneOfTheTenIs1501)
+{
+    bestand = VoorbeeldDatabase();
+    {
+        jet::Workspace workspace;
+        workspace.OpenDatabase(bestand.toStdString())->DropField("Profielen", "DamHoogte");
+    }
+    EXPECT_EQ(db.OpenDB(bestand, false, true), OpenResult::CheckFailed);
+    EXPECT_TRUE(db.OpenErrDescription().contains("DamHoogte")) << Omschrijving();
+}
+
 // --- names of locations ---
 
 TEST_F(BewakingTest, RefusesNamesThatMakeNoFolder)
@@ -269,6 +287,28 @@ TEST_F(BewakingTest, AThousandLocationsPassAndOneMoreIsCode3)
     EXPECT_EQ(ander.OpenDB(bestand, false, true), OpenResult::TooManyLocations);
     EXPECT_TRUE(ander.IsOpen()) << "the caller closes it";
     EXPECT_EQ(ander.fileName(), bestand);
+}
+
+TEST_F(BewakingTest, WithTooManyLocationsNoResultIsAskedForWhileTheWorkFolderIsThere)
+{
+    MaakMap(Pad("b0"));
+    boxes.answers = {Answer::Third};
+    EXPECT_EQ(OpenNa(MetTeVeelLocaties(MetResultaten({1}))), OpenResult::TooManyLocations);
+    EXPECT_TRUE(boxes.questions.isEmpty());
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"2"}}));
+}
+
+TEST_F(BewakingTest, WithTooManyLocationsAMissingWorkFolderIsAskedForAllTheSame)
+{
+    boxes.answers = {Answer::Yes};
+    EXPECT_EQ(OpenNa(MetTeVeelLocaties(MetResultaten({1}))), OpenResult::TooManyLocations);
+    ASSERT_EQ(boxes.questions.size(), 1);
+    EXPECT_EQ(boxes.questions[0].number, 200);
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"0"}}));
+
+    boxes.answers = {Answer::No};
+    EXPECT_EQ(OpenNa(MetTeVeelLocaties(MetResultaten({1}))), OpenResult::ResultsDeclined);
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"2"}}));
 }
 
 // --- results and their folders ---
@@ -339,6 +379,27 @@ TEST_F(BewakingTest, WithoutWorkFolderANoIsCode4)
     EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"2"}}));
 }
 
+TEST_F(BewakingTest, WithoutAnybodyToAskNothingIsDeleted)
+{
+    gBoxes.Release();
+    EXPECT_EQ(OpenNa(MetResultaten({1})), OpenResult::ResultsDeclined) << "no work folder";
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"2"}}));
+    MaakMap(Pad("b1"));
+    EXPECT_EQ(OpenNa(MetResultaten({1})), OpenResult::ResultsDeclined) << "no output folder";
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"2"}}));
+    EXPECT_TRUE(Kopieen().isEmpty());
+}
+
+TEST_F(BewakingTest, AFileBesideTheOutputFoldersIsNoOutput)
+{
+    MaakMap(Pad("b0/Plas-01/Berekeningen/dieper/ontwerp_Gras 1op3"));
+    QFile geenMap(Pad("b0/Plas-01/Berekeningen/ontwerp_Gras 1op3"));
+    ASSERT_TRUE(geenMap.open(QIODevice::WriteOnly));
+    geenMap.close();
+    EXPECT_EQ(OpenNa(MetResultaten({1})), OpenResult::ResultsDeclined);
+    EXPECT_EQ(boxes.questions.size(), 1);
+}
+
 TEST_F(BewakingTest, TheQualityMarksAreRefreshedWhateverTheOutcome)
 {
     auto statements = MetResultaten({1});
@@ -404,7 +465,6 @@ TEST_F(BewakingTest, NeverOverwritesAnEarlierCopy)
         const QString oud = OudeDatabase();
         db.OpenDB(oud, false, true);
         db.CloseDB();
-        HRdb leeg;
         QFile::remove(oud);
     }
     EXPECT_EQ(Kopieen().size(), 2);

@@ -93,6 +93,14 @@ TEST_F(LocatiesTest, GivesTheNormReturnPeriodOfTheSafetyClass)
     EXPECT_EQ(db.GetNormFrequentie("Dirk's dijk"), 0) << "apostrophes are doubled here";
 }
 
+TEST_F(LocatiesTest, FindsTheNormOfANameWithAnApostrophe)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Locatie SET omschrijving='Dirk''s dijk' WHERE Locatie_ID=4"});
+    db.OpenDB(bestand, false);
+    EXPECT_EQ(db.GetNormFrequentie("Dirk's dijk"), 1000);
+}
+
 TEST_F(LocatiesTest, ListsLevelsInOrderOfReturnPeriod)
 {
     OpenVoorbeeld();
@@ -138,6 +146,32 @@ TEST_F(LocatiesTest, ReadsFetchesAsInUseOrAsDelivered)
     db.GetFeHbodem(true, "Plas-01", richtingen, bodem, strijklengten);
     EXPECT_EQ(strijklengten[2], 96);
     EXPECT_EQ(bodem[2], -1.85);
+}
+
+TEST_F(LocatiesTest, FetchesComeInOrderOfBearing)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Windsectoren SET Graden=360 WHERE Richting_ID=1"});
+    db.OpenDB(bestand, false);
+    QList<double> richtingen, bodem, strijklengten;
+    db.GetFeHbodem(false, "Plas-01", richtingen, bodem, strijklengten);
+    ASSERT_EQ(richtingen.size(), 16);
+    EXPECT_EQ(richtingen.first(), 22.5);
+    EXPECT_EQ(richtingen.last(), 360);
+    EXPECT_EQ(strijklengten.last(), 15) << "the first sector's";
+}
+
+TEST_F(LocatiesTest, AnEmptyFetchOrBedLevelIsNotKnown)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Geometrie SET FE=NULL WHERE Locatie_ID=1 AND Richting_ID=2",
+                      "UPDATE Geometrie SET B=NULL WHERE Locatie_ID=1 AND Richting_ID=3"});
+    db.OpenDB(bestand, false);
+    QList<double> richtingen, bodem, strijklengten;
+    db.GetFeHbodem(false, "Plas-01", richtingen, bodem, strijklengten);
+    ASSERT_EQ(strijklengten.size(), 16);
+    EXPECT_EQ(strijklengten[1], kNietBekend);
+    EXPECT_EQ(bodem[2], kNietBekend);
 }
 
 TEST_F(LocatiesTest, AnUnknownLocationHasSixteenSectorsOfZero)
@@ -266,6 +300,44 @@ TEST_F(LocatiesTest, DeletingLeavesResultsUnlessACalculationBearsTheLocationsNam
     EXPECT_FALSE(db.BerekeningExists("Plas-04"));
 }
 
+TEST_F(LocatiesTest, DeletingRemovesTheResultsOfEveryCalculationWithTheLocationsName)
+{
+    OpenVoorbeeld();
+    for (const int profiel : {1, 2, 3})
+        db.AddNewResultaatRecord(db.AddBerekening("Plas-04", profiel, "OVERLOOP", -999), "Plas-04",
+                                 10);
+    EXPECT_TRUE(db.DeleteLocatie("Plas-04"));
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"0"}}));
+    EXPECT_FALSE(db.BerekeningExists("Plas-04"));
+}
+
+TEST_F(LocatiesTest, DeletesALocationWithAnApostropheFromItsRings)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Locatie SET omschrijving='Dirk''s dijk' WHERE Locatie_ID=4",
+                      "UPDATE Dijkring SET Locatie='Dirk''s dijk' WHERE Locatie='Plas-04'"});
+    db.OpenDB(bestand, false);
+    MaakMap(Pad("boezem/Dirk's dijk/Berekeningen"));
+    EXPECT_TRUE(db.LocatieInDijkring("Dirk's dijk"));
+    EXPECT_TRUE(db.DeleteLocatie("Dirk's dijk"));
+    EXPECT_FALSE(db.LocatieInDijkring("Dirk's dijk"));
+    EXPECT_FALSE(QDir(Pad("boezem/Dirk's dijk")).exists());
+    EXPECT_EQ(Alle(db.GetLocatieTabel()).size(), 23U);
+}
+
+TEST_F(LocatiesTest, DeletingALocationWithoutANameLeavesTheWorkFolder)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Locatie SET omschrijving='' WHERE Locatie_ID=4",
+                      "UPDATE Locatie SET omschrijving='..' WHERE Locatie_ID=5"});
+    db.OpenDB(bestand, false);
+    MaakMap(Pad("boezem/Plas-01/Berekeningen"));
+    EXPECT_TRUE(db.DeleteLocatie(""));
+    EXPECT_TRUE(db.DeleteLocatie(".."));
+    EXPECT_TRUE(QDir(Pad("boezem/Plas-01/Berekeningen")).exists());
+    EXPECT_TRUE(QFile::exists(bestand));
+}
+
 TEST_F(LocatiesTest, AFailedDeleteRaises1520AndLeavesEverything)
 {
     const QString bestand = VoorbeeldDatabase();
@@ -292,7 +364,7 @@ TEST_F(LocatiesTest, ChangesNormalAndTargetLevel)
 TEST_F(LocatiesTest, ReplacesTheLevelsOfALocation)
 {
     OpenVoorbeeld();
-    db.UpdateBoezempeilstatistiek("Plas-01", {10, 50}, {0.25, 0.5});
+    db.UpdateBoezempeilstatistiek("Plas-01", {50, 10}, {0.5, 0.25});
     EXPECT_EQ(Alle(db.GetBoezempeilenVanLocatie("Plas-01")),
               (Rijen{{"10", "0.25"}, {"50", "0.5"}}));
     EXPECT_EQ(db.GetKwaliteitskenmerk("Plas-01"), 0);
@@ -312,154 +384,28 @@ TEST_F(LocatiesTest, ChangesFetchesAndBedLevelsBySector)
                {"-3.5", "333", "-1.85", "96"}}));
 }
 
+TEST_F(LocatiesTest, ABearingThatIsNoSectorsChangesNothing)
+{
+    OpenVoorbeeld();
+    const auto voor = Lees("SELECT * FROM Geometrie");
+    db.UpdateFe("Plas-01", {11}, {1});
+    db.UpdateFeHbodem("Plas-01", {11}, {1}, {1});
+    EXPECT_EQ(Lees("SELECT * FROM Geometrie"), voor);
+}
+
+TEST_F(LocatiesTest, ACoordinateBeyondAWholeNumberIsToldAsTooLarge)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Locatie SET x=1E12 WHERE Locatie_ID=4"});
+    db.OpenDB(bestand, false);
+    int x = 0, y = 0, kenmerk = 0;
+    EXPECT_THROW(db.GetXY("Plas-04", x, y, kenmerk), Fout);
+}
+
 TEST_F(LocatiesTest, UpdateFeOfAnUnknownNameChangesNothing)
 {
     OpenVoorbeeld();
     const auto voor = Lees("SELECT * FROM Geometrie");
     db.UpdateFe("Plas-99", {0}, {1});
     EXPECT_EQ(Lees("SELECT * FROM Geometrie"), voor);
-}
-
-TEST_F(LocatiesTest, AFailedChangeRaisesItsNumberAndLeavesTheTransactionOpen)
-{
-    const QString bestand = VoorbeeldDatabase();
-    Voeruit(bestand, {"DROP TABLE Geometrie", "DROP TABLE Boezempeilstatistiek"});
-    db.OpenDB(bestand, false);
-    EXPECT_EQ(FoutVan([&] { db.UpdateFe("Plas-01", {0}, {1}); }), 1504);
-    EXPECT_EQ(FoutVan([&] { db.UpdateFeHbodem("Plas-01", {0}, {1}, {1}); }), 1504);
-    EXPECT_EQ(FoutVan([&] { db.UpdateBoezempeilstatistiek("Plas-01", {10}, {1}); }), 1506);
-    db.CloseDB();
-    EXPECT_EQ(db.GetLocatie_ID("Plas-01"), 1) << "the connection opens again";
-}
-
-TEST_F(LocatiesTest, AFailedTargetLevelRaises1505)
-{
-    const QString bestand = VoorbeeldDatabase();
-    Voeruit(bestand,
-            {"ALTER TABLE Locatie ADD COLUMN peil2 DOUBLE", "DROP TABLE Locatie_Profiel",
-             "SELECT Locatie_ID, omschrijving INTO Locatie2 FROM Locatie", "DROP TABLE Locatie",
-             "SELECT Locatie_ID, omschrijving INTO Locatie FROM Locatie2"});
-    db.OpenDB(bestand, false);
-    EXPECT_EQ(FoutVan([&] { db.UpdateStreefpeil("Plas-01", 1); }), 1505) << "no such field";
-}
-
-class LeftOpenTest : public DatabaseTest {
-protected:
-    /// The second of two equal return periods breaks a key of this file, so that
-    /// the change stops half-way and its transaction stays open.
-    void FailHalfWay()
-    {
-        const QString bestand = VoorbeeldDatabase();
-        Voeruit(bestand, {"CREATE UNIQUE INDEX sleutel ON Boezempeilstatistiek (Locatie_ID, "
-                          "Herhalingstijd)"});
-        db.OpenDB(bestand, false);
-        EXPECT_EQ(FoutVan([&] {
-                      db.UpdateBoezempeilstatistiek("Plas-01", {50, 50}, {0.25, 0.5});
-                  }),
-                  1506);
-    }
-    Rijen PeilenVanPlas01()
-    {
-        return Lees(db.fileName(),
-                    "SELECT Herhalingstijd FROM Boezempeilstatistiek WHERE Locatie_ID=1");
-    }
-};
-
-TEST_F(LeftOpenTest, TheNextCommitTakesItAlong)
-{
-    FailHalfWay();
-    db.UpdateStreefpeil("Plas-02", -0.7);
-    db.CloseDB();
-    EXPECT_EQ(PeilenVanPlas01(), (Rijen{{"50"}}));
-    EXPECT_EQ(Lees(db.fileName(), "SELECT streefpeil FROM Locatie WHERE Locatie_ID=2"),
-              (Rijen{{"-0.7"}}));
-}
-
-TEST_F(LeftOpenTest, TheEndOfTheConnectionUndoesIt)
-{
-    FailHalfWay();
-    db.CloseDB();
-    EXPECT_EQ(PeilenVanPlas01().size(), 5U);
-    EXPECT_EQ(db.GetLocatie_ID("Plas-01"), 1) << "the connection opens again";
-}
-
-// --- the quality mark ---
-
-class KwaliteitskenmerkTest : public DatabaseTest {
-protected:
-    /// The mark of Plas-01 after `statements` on the example.
-    int KenmerkNa(const std::vector<std::string>& statements)
-    {
-        const QString bestand = VoorbeeldDatabase("kenmerk" + std::to_string(m_nummer++) + ".mdb");
-        Voeruit(bestand, statements);
-        EXPECT_EQ(db.OpenDB(bestand, false), OpenResult::Accepted);
-        db.UpdateKwaliteitskenmerk();
-        return db.GetKwaliteitskenmerk("Plas-01");
-    }
-
-private:
-    int m_nummer = 0;
-};
-
-TEST_F(KwaliteitskenmerkTest, IsTwoForACompleteLocationWithAProfile)
-{
-    EXPECT_EQ(KenmerkNa({}), 2);
-}
-
-TEST_F(KwaliteitskenmerkTest, IsOneWithoutAProfileAndTwoAfterAssigningOne)
-{
-    EXPECT_EQ(KenmerkNa({"DELETE * FROM Locatie_Profiel WHERE Locatie_ID=1"}), 1);
-    db.AddProfiel2Location(1, 1);
-    EXPECT_EQ(db.GetKwaliteitskenmerk("Plas-01"), 2);
-    db.DeleteProfielFromLocation(1, 1);
-    EXPECT_EQ(db.GetKwaliteitskenmerk("Plas-01"), 1);
-}
-
-TEST_F(KwaliteitskenmerkTest, IsZeroWhenAnythingIsUnknown)
-{
-    EXPECT_EQ(KenmerkNa({"UPDATE Geometrie SET FE=-999 WHERE Locatie_ID=1 AND Richting_ID=7"}), 0);
-    EXPECT_EQ(KenmerkNa({"UPDATE Locatie SET dijknormaal=-999 WHERE Locatie_ID=1"}), 0);
-    EXPECT_EQ(KenmerkNa({"UPDATE Locatie SET streefpeil=-999 WHERE Locatie_ID=1"}), 0);
-    EXPECT_EQ(KenmerkNa({"UPDATE Scheefstand SET Scheefstand=-999 WHERE Locatie_ID=1 AND "
-                         "Richting_ID=3 AND Windsnelheid=10"}),
-              0);
-    EXPECT_EQ(KenmerkNa({"UPDATE Boezempeilstatistiek SET Boezempeil=-999 WHERE Locatie_ID=1 AND "
-                         "Herhalingstijd=30"}),
-              0);
-}
-
-TEST_F(KwaliteitskenmerkTest, CountsExactlyTheFiveFixedReturnPeriods)
-{
-    EXPECT_EQ(KenmerkNa({"UPDATE Boezempeilstatistiek SET Herhalingstijd=50 WHERE Locatie_ID=1 AND "
-                         "Herhalingstijd=100"}),
-              0)
-        << "four of the five";
-    EXPECT_EQ(KenmerkNa({"INSERT INTO Boezempeilstatistiek VALUES (1,50,0.3)"}), 2)
-        << "a sixth return period is passed over";
-    EXPECT_EQ(KenmerkNa({"INSERT INTO Boezempeilstatistiek VALUES (1,100,0.3)"}), 0)
-        << "six matching rows are not five";
-}
-
-TEST_F(KwaliteitskenmerkTest, ALocationWithoutFetchOrSetUpRowsCountsAsKnown)
-{
-    EXPECT_EQ(KenmerkNa({"DELETE * FROM Geometrie WHERE Locatie_ID=1",
-                         "DELETE * FROM Scheefstand WHERE Locatie_ID=1"}),
-              2);
-}
-
-TEST_F(KwaliteitskenmerkTest, RunsOverAllLocations)
-{
-    KenmerkNa({"UPDATE Locatie SET kwaliteitskenmerk=9",
-               "UPDATE Locatie SET streefpeil=-999 WHERE Locatie_ID>20"});
-    EXPECT_EQ(Lees("SELECT kwaliteitskenmerk, COUNT(*) FROM Locatie GROUP BY kwaliteitskenmerk "
-                   "ORDER BY kwaliteitskenmerk"),
-              (Rijen{{"0", "4"}, {"2", "20"}}));
-}
-
-TEST_F(KwaliteitskenmerkTest, Raises1506WhenATableIsMissing)
-{
-    const QString bestand = VoorbeeldDatabase();
-    Voeruit(bestand, {"DROP TABLE Scheefstand"});
-    db.OpenDB(bestand, false);
-    EXPECT_EQ(FoutVan([&] { db.UpdateKwaliteitskenmerk(); }), 1506);
 }

@@ -58,6 +58,23 @@ TEST_F(OpenenTest, TheStatusBarGetsItsTextBack)
     EXPECT_GT(status.history.size(), 2);
 }
 
+TEST_F(OpenenTest, ACopyThatWasKeptStaysToBeReadInTheStatusBar)
+{
+    status.text = "Gereed";
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"DROP TABLE Resultaat"});
+    EXPECT_NE(Kies(bestand), nullptr);
+    EXPECT_TRUE(status.text.startsWith("Kopie van de database bewaard als boezem.voor-opw"))
+        << status.text.toStdString();
+}
+
+TEST_F(OpenenTest, ARefusedFileLeavesTheStatusTextToo)
+{
+    status.text = "Gereed";
+    EXPECT_EQ(Kies(Pad("bestaat niet.mdb")), nullptr);
+    EXPECT_EQ(status.text, "Gereed");
+}
+
 TEST_F(OpenenTest, EachRefusalHasABoxOfItsOwnWithPathAndReason)
 {
     EXPECT_EQ(Geweigerd(Pad("bestaat niet.mdb")), 4);

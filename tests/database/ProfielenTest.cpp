@@ -43,6 +43,7 @@ TEST_F(ProfielenTest, WhatIsStoredReadsBack)
     terug.ReadFromHrDb(db, "nieuw");
     EXPECT_EQ(terug.Naam(), "Nieuw");
     EXPECT_EQ(terug.Damtype(), 4);
+    EXPECT_EQ(terug.Damwandmodule(), 0);
     EXPECT_EQ(terug.DamHoogte(), 0.25F);
     EXPECT_EQ(terug.Voorland(), 2);
     EXPECT_EQ(terug.KruinBreedte(), 1.5F);
@@ -76,6 +77,33 @@ TEST_F(ProfielenTest, PointsComeInOrderOfX)
     EXPECT_EQ(terug.Xcoord(2), 15);
 }
 
+TEST_F(ProfielenTest, ASingleReadsBackToItsLastBit)
+{
+    OpenVoorbeeld();
+    HRProfiel profiel = Dijk("Nieuw");
+    profiel.setDamHoogte(1.0F / 3);
+    profiel.ClearXYR();
+    profiel.AddXYR(12345.678F, -0.123456789F, 0.7F, false); // needs more than seven digits
+    db.UpdateProfiel(profiel);
+    HRProfiel terug;
+    terug.ReadFromHrDb(db, "Nieuw");
+    EXPECT_EQ(terug.DamHoogte(), 1.0F / 3);
+    EXPECT_EQ(terug.Xcoord(1), 12345.678F);
+    EXPECT_EQ(terug.Ycoord(1), -0.123456789F);
+}
+
+TEST_F(ProfielenTest, AMemoOfSeveralLinesReadsBackAsItWas)
+{
+    OpenVoorbeeld();
+    HRProfiel profiel = Dijk("Nieuw");
+    const QString memo = QStringLiteral("regel 1\r\nregel 2: 'één' % _ [x]; \t∞");
+    profiel.setMemo(memo + QString(5000, 'm'));
+    db.UpdateProfiel(profiel);
+    HRProfiel terug;
+    terug.ReadFromHrDb(db, "Nieuw");
+    EXPECT_EQ(terug.Memo(), memo + QString(5000, 'm'));
+}
+
 TEST_F(ProfielenTest, ReadingAnUnknownProfileLeavesTheObject)
 {
     OpenVoorbeeld();
@@ -99,7 +127,14 @@ TEST_F(ProfielenTest, ANullSlopeIsReadAsOneOtherNullsAsZero)
     EXPECT_EQ(profiel.Naam(), "Gras 1op3");
     EXPECT_EQ(profiel.Taludhelling(), 1);
     EXPECT_EQ(profiel.KruinBreedte(), 0);
+    EXPECT_EQ(profiel.Constructietype(), 0);
     EXPECT_FALSE(profiel.Palenrij());
+    EXPECT_EQ(profiel.Paaldiameter(), 0);
+    EXPECT_EQ(profiel.HartafstandPalen(), 0);
+    EXPECT_FALSE(profiel.Rietkraag());
+    EXPECT_EQ(profiel.VegetatieBreedte(), 0);
+    EXPECT_EQ(profiel.AantalLevendeStengels(), 0);
+    EXPECT_EQ(profiel.SeizoensinvloedFactor(), 0);
     EXPECT_TRUE(profiel.Memo().isEmpty());
 }
 
@@ -124,6 +159,21 @@ TEST_F(ProfielenTest, AProfileWithoutPointsHasNoSegments)
     const int id = db.UpdateProfiel(wand);
     EXPECT_EQ(Alle(db.GetProfielSegementen(id)), Rijen{});
     EXPECT_TRUE(db.ProfielHeeftVertikaleWand("wand"));
+}
+
+TEST_F(ProfielenTest, AnEmptyMemoDamTypeOrDamHeightIsReadAsTheirZero)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"UPDATE Profielen SET [Memo]=NULL, Damtype=NULL, DamHoogte=NULL WHERE "
+                      "Naam='Strekdam'"});
+    db.OpenDB(bestand, false);
+    HRProfiel profiel;
+    profiel.ReadFromHrDb(db, "Strekdam");
+    EXPECT_EQ(profiel.Naam(), "Strekdam");
+    EXPECT_EQ(profiel.Damtype(), 0);
+    EXPECT_EQ(profiel.DamHoogte(), 0);
+    EXPECT_TRUE(profiel.Memo().isEmpty());
+    EXPECT_GT(profiel.AantalProfielpunten(), 0);
 }
 
 class PlainKeyTest : public DatabaseTest {

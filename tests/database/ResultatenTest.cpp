@@ -1,9 +1,9 @@
 #include "DatabaseFixture.h"
 
-#include "frame/Convert.h"
-#include "frame/Globals.h"
+#include "Installation.h"
 
 #include <algorithm>
+#include <map>
 #include <random>
 #include <set>
 
@@ -46,6 +46,9 @@ protected:
         // An untouched row: all at their defaults.
         uitkomsten.push_back({1, 13, 10, kOnbekend, kOnbekend, kOnbekend, kOnbekend, kOnbekend});
 
+        // Not in the order in which they are asked for.
+        std::shuffle(uitkomsten.begin(), uitkomsten.end(), random);
+
         const QString bestand = VoorbeeldDatabase();
         std::vector<std::string> statements;
         for (const char* naam : {"een", "twee", "drie"})
@@ -85,8 +88,104 @@ protected:
         return alle;
     }
 
+    /// The fields by which callers walk the rows.
+    static std::vector<std::string> Velden(const RecordsetPtr& rijen)
+    {
+        std::vector<std::string> namen;
+        for (const auto& veld : rijen->Fields())
+            namen.push_back(veld.name);
+        return namen;
+    }
+
+    /// Whether the rows come in rising order of these fields of numbers.
+    static bool InVolgorde(const RecordsetPtr& rijen, const std::vector<std::string>& velden)
+    {
+        std::vector<std::vector<double>> sleutels;
+        for (const auto& rij : Alle(rijen, velden)) {
+            auto& sleutel = sleutels.emplace_back();
+            for (const std::string& tekst : rij)
+                sleutel.push_back(tekst == "null" ? -1e9 : std::stod(tekst));
+        }
+        EXPECT_GT(sleutels.size(), 10U);
+        return std::is_sorted(sleutels.begin(), sleutels.end());
+    }
+
     std::vector<Uitkomst> uitkomsten;
 };
+
+TEST_F(ResultatenTest, CallersFindTheFieldsTheyWalkBy)
+{
+    using Namen = std::vector<std::string>;
+    const QList<int> een{1}, twee{2};
+    EXPECT_EQ(Velden(db.GetHBN(1, kAlle)), (Namen{"Locatie_ID", "naam", "X", "Y", "Herhalingstijd",
+                                                  "waarde", "DOMINANTE WINDRICHTING", "WATERSTAND",
+                                                  "GOLFHOOGTE", "PIEKPERIODE", "GOLFRICHTING"}));
+    EXPECT_EQ(Velden(db.GetAandelen(1, kAlle)),
+              (Namen{"Locatie_ID", "naam", "X", "Y", "herhalingstijd", "HBN_MS_MO",
+                     "OVERLOOP_MS_MO", "OVERLOOP_MS_ZO", "BOEZEMPEIL", "STREEFPEIL"}));
+    EXPECT_EQ(Velden(db.GetDataVoorCsv(1)),
+              (Namen{"X", "Y", "Berekeningnaam", "Profielnaam", "Faalmechanisme", "QOverslag",
+                     "Herhalingstijd", "HBN_MS_MO", "OVERLOOP_MS_MO", "OVERLOOP_MS_ZO",
+                     "BOEZEMPEIL", "STREEFPEIL"}));
+    EXPECT_EQ(
+        Velden(db.GetVerschilHBN(een, twee, kAlle)),
+        (Namen{"Locatie_ID", "naam", "Herhalingstijd", "x", "y", "waarde1", "waarde2", "waarde"}));
+    EXPECT_EQ(Velden(db.GetBoezempeilen(kAlle)),
+              (Namen{"Locatie_ID", "naam", "X", "Y", "herhalingstijd", "boezempeil"}));
+    EXPECT_EQ(Velden(db.GetMaxScheefstanden(1)),
+              (Namen{"Locatie_ID", "naam", "X", "Y", "windrichting", "Graden", "waarde"}));
+    EXPECT_EQ(Velden(db.GetMaxScheefstandVanWindrichtingId(1)), (Namen{"X", "Y", "waarde"}));
+    const Namen punt{"x", "y", "waarde"};
+    EXPECT_EQ(Velden(db.GetHBNVanHerhalingstijd(een, 10)), punt);
+    EXPECT_EQ(Velden(db.GetAandeelScheefstand(een, 10)), punt);
+    EXPECT_EQ(Velden(db.GetAandeelOpwaaiing(een, 10)), punt);
+    EXPECT_EQ(Velden(db.GetAandeelWindbelasting(een, 10)), punt);
+    EXPECT_EQ(Velden(db.GetAandeelWaterstand(een, 10)), punt);
+    EXPECT_EQ(Velden(db.GetVerschilHBNTussen2Berekeningen(een, twee, 10)), punt);
+    EXPECT_EQ(Velden(db.GetBoezempeilenVanHerhalingstijd(10)), punt);
+}
+
+TEST_F(ResultatenTest, RowsComeInOrderOfLocationAndPeriod)
+{
+    const std::vector<std::string> locatieEnPeriode{"Locatie_ID", "Herhalingstijd"};
+    EXPECT_TRUE(InVolgorde(db.GetHBN(1, kAlle), locatieEnPeriode));
+    EXPECT_TRUE(InVolgorde(db.GetAandelen(1, kAlle), locatieEnPeriode));
+    EXPECT_TRUE(InVolgorde(db.GetVerschilHBN({1}, {2, 3}, kAlle), locatieEnPeriode));
+    EXPECT_TRUE(InVolgorde(db.GetBoezempeilen(kAlle), locatieEnPeriode));
+    EXPECT_TRUE(
+        InVolgorde(db.GetMaxScheefstanden(static_cast<int>(kAlle)), {"Graden", "Locatie_ID"}));
+}
+
+TEST_F(ResultatenTest, AnExportComesInOrderOfLocationAndPeriod)
+{
+    // A row names its location by place only; no two of them share an x and y.
+    std::map<std::vector<std::string>, double> idVan;
+    for (const auto& rij : Lees("SELECT x, y, Locatie_ID FROM Locatie"))
+        idVan[{rij[0], rij[1]}] = std::stod(rij[2]);
+    ASSERT_EQ(idVan.size(), 24U);
+    std::vector<std::pair<double, double>> sleutels;
+    for (const auto& rij : Alle(db.GetDataVoorCsv(1), {"X", "Y", "Herhalingstijd"}))
+        sleutels.emplace_back(idVan.at({rij[0], rij[1]}), rij[2] == "null" ? 0 : std::stod(rij[2]));
+    EXPECT_TRUE(std::is_sorted(sleutels.begin(), sleutels.end()));
+}
+
+TEST_F(ResultatenTest, ADifferenceIsTheFirstChoiceLessTheSecond)
+{
+    const auto rijen = Alle(db.GetVerschilHBN({1}, {2}, kAlle),
+                            {"Locatie_ID", "Herhalingstijd", "waarde1", "waarde2"});
+    ASSERT_GT(rijen.size(), 5U);
+    for (const auto& rij : rijen) {
+        for (const Uitkomst& u : uitkomsten) {
+            if (Getal(u.locatie) != rij[0] || Getal(u.herhalingstijd) != rij[1])
+                continue;
+            if (u.berekening == 1) {
+                EXPECT_EQ(rij[2], Getal(u.hbn));
+            } else if (u.berekening == 2) {
+                EXPECT_EQ(rij[3], Getal(u.hbn));
+            }
+        }
+    }
+}
 
 TEST_F(ResultatenTest, GetHBNGivesAllPeriodsInOrderOfLocationAndPeriod)
 {
@@ -329,7 +428,12 @@ TEST_F(ResultatenTest, WritesAFieldAsTheTextOfAnExport)
     const double missing = -999;
     EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "omschrijving", true), "\"Plas-04\"");
     EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", true), "22388.125");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", false), gConvert().NumSys("22388.125"));
+    const FixedInternational komma(",");
+    SetInternational(&komma);
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", false), "22388,125");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Locatie_ID", false), "4");
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", true), "22388.125");
+    SetInternational(nullptr);
     EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Locatie_ID", true), "4");
     EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "kwaliteitskenmerk", true), "2");
     EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "weg", true, &missing), "");
@@ -342,6 +446,13 @@ TEST_F(ResultatenTest, ANullFieldIsEmptyAndANullTextTwoQuotes)
     ASSERT_TRUE(HRdb::heeftRecords(rijen));
     EXPECT_EQ(HRdb::GetDbValueFromField(*rijen, "HBN_MS_MO", true), "");
     EXPECT_EQ(HRdb::GetDbValueFromField(*rijen, "Berekeningnaam", true), "\"\"");
+}
+
+TEST_F(ResultatenTest, AnExportWritesAVeryLargeNumberWhole)
+{
+    const auto rij = db.GetRecordSet("SELECT 1E20 AS groot FROM Locatie WHERE Locatie_ID=4");
+    ASSERT_TRUE(HRdb::heeftRecords(rij));
+    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "groot", true), "1E+20");
 }
 
 TEST_F(ResultatenTest, OtherTypesAreEmptyInAnExport)

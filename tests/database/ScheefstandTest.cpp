@@ -91,6 +91,28 @@ TEST_F(ScheefstandTest, FindsSpeedsTooCloseInTheFirstSectorOnly)
               "Windsnelheden bij windsector 1 en windsector 2 verschillen");
 }
 
+TEST_F(ScheefstandTest, SpeedsOfATenthApartAreComparedAsTheyAreStored)
+{
+    EXPECT_EQ(OordeelNa({Zet("Windsnelheid=0.1", "Windsnelheid=10")}), "OK") << "0 and 0.1";
+    EXPECT_EQ(OordeelNa({Zet("Windsnelheid=10.1", "Windsnelheid=20")}),
+              "Sommige windsnelheden liggen minder dan 0.1 m/s uit elkaar bij windsector 1")
+        << "10.1 - 10 is a hair less than 0.1 in a double";
+}
+
+TEST_F(ScheefstandTest, EqualSetUpsAtRisingSpeedsPass)
+{
+    EXPECT_EQ(OordeelNa({Zet("Scheefstand=0.3", "Richting_ID=5")}), "OK");
+}
+
+TEST_F(ScheefstandTest, AnEmptyFieldIsAFaultOfItsLocationAndTheCheckGoesOn)
+{
+    EXPECT_EQ(OordeelNa({Zet("Scheefstand=NULL", "Richting_ID=5 AND Windsnelheid=20")}),
+              "De windsnelheden zijn niet oplopend bij windsector 5");
+    EXPECT_TRUE(log.text.contains("Controle locatie Plas-02 [OK]"));
+    EXPECT_EQ(OordeelNa({Zet("Windsnelheid=NULL", "Richting_ID=5 AND Windsnelheid=20")}),
+              "Windsnelheden bij windsector 1 en windsector 5 verschillen");
+}
+
 TEST_F(ScheefstandTest, FindsASectorWithoutRows)
 {
     EXPECT_EQ(OordeelNa({Wis("Richting_ID=16")}), "Geen windsnelheden bij windsector 16");
@@ -151,8 +173,28 @@ TEST_F(ScheefstandTest, Raises12WhenALocationHasNoRows)
     db.OpenDB(bestand, false);
     QString omschrijving;
     EXPECT_EQ(FoutVan([&] { db.Checkscheefstandtabel(); }, &omschrijving), 12);
+    EXPECT_TRUE(omschrijving.contains(".\\boezem.mdb")) << omschrijving.toStdString();
     EXPECT_TRUE(omschrijving.contains("24"));
     EXPECT_TRUE(omschrijving.contains("23"));
+}
+
+TEST_F(ScheefstandTest, RowsOfALocationThatIsGoneCountForNothing)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"DELETE * FROM Locatie WHERE Locatie_ID=7"});
+    db.OpenDB(bestand, false);
+    db.Checkscheefstandtabel();
+    EXPECT_EQ(Slotregel(), "Aantal geconstateerde fouten: 0");
+}
+
+TEST_F(ScheefstandTest, TheStatusTextComesBackAfterAFailureToo)
+{
+    const QString bestand = VoorbeeldDatabase();
+    Voeruit(bestand, {"DELETE * FROM Windsectoren"});
+    db.OpenDB(bestand, false);
+    status.text = "Gereed";
+    EXPECT_THROW(db.Checkscheefstandtabel(), Fout);
+    EXPECT_EQ(status.text, "Gereed");
 }
 
 TEST_F(ScheefstandTest, AnEmptyLocationTableSaysNothing)

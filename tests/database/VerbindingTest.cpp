@@ -1,5 +1,7 @@
 #include "DatabaseFixture.h"
 
+#include "frame/Busy.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -74,8 +76,13 @@ TEST_F(VerbindingTest, IsDirtyLeavesTheConnectionClosed)
     OpenVoorbeeld();
     EXPECT_FALSE(db.IsDirty());
     EXPECT_FALSE(db.IsOpen());
-    db.setDateLastModifiedByOpen(db.DateLastModifiedByOpen().addSecs(-5));
+    const QDateTime stempel = db.DateLastModifiedByOpen();
+    db.setDateLastModifiedByOpen(stempel.addMSecs(-900));
+    EXPECT_FALSE(db.IsDirty()) << "less than a second";
+    db.setDateLastModifiedByOpen(stempel.addSecs(-5));
     EXPECT_TRUE(db.IsDirty());
+    db.setDateLastModifiedByOpen(stempel.addSecs(5));
+    EXPECT_TRUE(db.IsDirty()) << "an older file is another one, too";
 }
 
 TEST_F(VerbindingTest, ReopeningTakesTheStampOnlyWhenAsked)
@@ -100,6 +107,12 @@ TEST_F(VerbindingTest, TheWorkFolderLiesBesideTheFileUnderItsName)
     db.OpenWerkMap(db.WerkMap());
     EXPECT_TRUE(QDir(db.WerkMap()).exists());
     db.OpenWerkMap(db.WerkMap());
+}
+
+TEST_F(VerbindingTest, TheWorkFolderOfANameWithPointsKeepsAllButTheLast)
+{
+    db.OpenDB(VoorbeeldDatabase("boezem v1.2.mdb"), false);
+    EXPECT_EQ(db.WerkMap(), Pad("boezem v1.2"));
 }
 
 TEST_F(VerbindingTest, AWorkFolderNeedsItsParent)
@@ -133,11 +146,14 @@ TEST_F(VerbindingTest, AFailureIsTheEnginesDescriptionAndLeavesNothingOpen)
         HRdb geopend;
         geopend.setStatusbarForm(&status);
         status.text = "bezig";
+        status.progressShown = true;
         EXPECT_EQ(geopend.OpenDB(bestand, false, true), OpenResult::CouldNotOpen);
         EXPECT_FALSE(geopend.IsOpen());
         EXPECT_TRUE(geopend.fileName().isEmpty());
         EXPECT_FALSE(geopend.OpenErrDescription().isEmpty());
         EXPECT_EQ(status.text, "");
+        EXPECT_FALSE(status.progressShown);
+        EXPECT_EQ(BusyCount(), 0);
     };
     geweigerd(Pad("bestaat niet.mdb"));
     geweigerd(Pad("data")); // a folder
@@ -165,10 +181,37 @@ TEST_F(VerbindingTest, TheStatusBarShowsTheCheckAndGetsItsTextBack)
     EXPECT_TRUE(status.history.contains("Controleer of database geschikt is voor Zandvoet..."));
     EXPECT_EQ(status.text, "Gereed");
     EXPECT_FALSE(status.progressShown);
+    EXPECT_EQ(BusyCount(), 0);
+}
+
+TEST_F(VerbindingTest, AnUncheckedOpenSpeaksOfNoCheck)
+{
+    status.text = "Gereed";
+    db.OpenDB(VoorbeeldDatabase(), false, false);
+    EXPECT_EQ(status.text, "Gereed");
+    EXPECT_TRUE(status.history.filter("geschikt").isEmpty());
 }
 
 TEST_F(VerbindingTest, OperationsWithoutADatabaseSaySo)
 {
-    EXPECT_ANY_THROW(db.GetProfielNamen());
+    const auto gemeld = [](auto operatie) {
+        QString omschrijving;
+        FoutVan(operatie, &omschrijving);
+        return omschrijving.contains("Er is geen database geopend.");
+    };
+    EXPECT_TRUE(gemeld([this] { db.GetProfielNamen(); }));
+    EXPECT_TRUE(gemeld([this] { db.GetDijkringNamen(); }));
+    EXPECT_TRUE(gemeld([this] { db.CopyDijkring("a", "b"); }));
+    EXPECT_TRUE(gemeld([this] { db.AddLocatie(1, 2, "a"); }));
+    EXPECT_TRUE(gemeld([this] { db.UpdateProfiel({}); }));
+    EXPECT_TRUE(gemeld([this] { db.AddBerekening("a", 0, "b", 1); }));
+    EXPECT_TRUE(gemeld([this] { db.DeleteBerekeningResultaten(1, 1); }));
+    EXPECT_TRUE(gemeld([this] { db.Checkscheefstandtabel(); }));
     EXPECT_EQ(db.GetLocatie_ID("Plas-04"), kNietBekend);
+    EXPECT_FALSE(db.DeleteLocatie("Plas-04"));
+    db.RenameBerekening("a", "b");
+    db.RenameDijkring("a", "b");
+    db.DeleteDijkring("a");
+    db.UpdateKwaliteitskenmerk();
+    db.CloseDB();
 }

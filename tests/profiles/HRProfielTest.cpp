@@ -83,6 +83,28 @@ TEST(HRProfielTest, IgnoresASetOutsideThePoints)
     EXPECT_EQ(profiel.AantalProfielpunten(), 2);
 }
 
+TEST(HRProfielTest, SetsACoordinateOfOnePoint)
+{
+    HRProfiel profiel = Talud({{1, 2}, {3, 4}});
+    profiel.setXcoord(2, 50);
+    profiel.setYcoord(1, 60);
+    EXPECT_EQ(profiel.Xcoord(1), 1);
+    EXPECT_EQ(profiel.Xcoord(2), 50);
+    EXPECT_EQ(profiel.Ycoord(1), 60);
+    EXPECT_EQ(profiel.Ycoord(2), 4);
+}
+
+TEST(HRProfielTest, PointsAddedAfterClearingAreTheOnlyOnes)
+{
+    HRProfiel profiel = Talud({{0, 0}, {1, 1, 0.5F, true}});
+    profiel.ClearXYR();
+    profiel.AddXYR(7, 8, 0.9F, false);
+    EXPECT_EQ(profiel.AantalProfielpunten(), 1);
+    EXPECT_EQ(profiel.Xcoord(1), 7);
+    EXPECT_EQ(profiel.Ruwheid(1), 0.9F);
+    EXPECT_FALSE(profiel.Gras(1));
+}
+
 TEST(HRProfielTest, GrassHasRoughnessOneWhateverWasGiven)
 {
     const HRProfiel profiel = Talud({{0, 0, 0.5F, true}, {1, 1, 0.5F, false}});
@@ -192,6 +214,9 @@ TEST(ControleerProfielTest, PassesASlopeOfFewerThanTwoPoints)
 {
     EXPECT_EQ(Melding(Talud({})), 0);
     EXPECT_EQ(Melding(Talud({{0, 0}})), 0);
+    int melding = 0, index = -99;
+    EXPECT_TRUE(Talud({{0, 0}}).ControleerProfiel(melding, index));
+    EXPECT_EQ(index, -1);
 }
 
 TEST(VoorlandregelsTest, XMustNotFall)

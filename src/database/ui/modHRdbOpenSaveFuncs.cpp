@@ -38,13 +38,19 @@ std::unique_ptr<HRdb> OpenDatabaseDialog(QWidget* eigenaar, StatusBar& statusbal
                                               .filters = "Gegevensbestand (*.mdb)|*.mdb",
                                               .initialFolder = startmap,
                                               .fileName = {}});
+    bool gemeld = false; // the open itself has told something that is to be read
     if (!pad.isEmpty()) {
         const BusyScope bezig;
         statusbalk.SetStatusBarTextByNumber(kStatusOpenen);
+        const QString openen = statusbalk.SetStatusBarText({});
         database = OpenHRdbChecked(&statusbalk, pad);
+        const QString erna = statusbalk.SetStatusBarText({});
+        gemeld = !erna.isEmpty() && erna != openen;
     }
-    statusbalk.ClearStatusBarText();
-    statusbalk.SetStatusBarText(vorige);
+    if (!gemeld) {
+        statusbalk.ClearStatusBarText();
+        statusbalk.SetStatusBarText(vorige);
+    }
     return database;
 }
 
