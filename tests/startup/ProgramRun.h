@@ -65,6 +65,8 @@ public:
                   .toLatin1());
     }
     void Language(const QString& locale) { m_locale = locale; }
+    /// Lets something go wrong in the running window that no handler catches.
+    void Throw(const QString& text) { m_thrown = text; }
 
     /// Starts the program (or another one in its place, with "--empty-window");
     /// `name` tells runs apart.
@@ -83,6 +85,8 @@ public:
         environment.remove("LANGUAGE");
         if (closeAfter >= 0)
             environment.insert("STARTPROBE_CLOSE", QString::number(closeAfter));
+        if (!m_thrown.isEmpty())
+            environment.insert("STARTPROBE_THROW", m_thrown);
         if (minimise)
             environment.insert("STARTPROBE_MINIMISE", "1");
         process->setProcessEnvironment(environment);
@@ -137,4 +141,5 @@ public:
 private:
     TemporaryFolder m_folder;
     QString m_locale = "nl_NL.UTF-8";
+    QString m_thrown;
 };

@@ -154,6 +154,14 @@ TEST_F(ProgramTest, ACoreThatCannotRunDoesNotKeepTheProgramFromStarting)
     EXPECT_TRUE(m_run.Boxes().isEmpty());
 }
 
+TEST_F(ProgramTest, AFailureThatNoHandlerCatchesIsShownAndTheProgramGoesOn)
+{
+    m_run.Throw("er ging iets mis");
+    EXPECT_EQ(m_run.Run(), 0);
+    EXPECT_EQ(m_run.Boxes(), QStringList{"er ging iets mis"});
+    EXPECT_TRUE(m_run.Read("Zandvoet.ini").contains("frmMainLeft=")) << "closed in order";
+}
+
 TEST_F(ProgramTest, ASecondStartBringsTheFirstWindowForwardAndEnds)
 {
     const auto first = m_run.Start("eerste", -1, true);

@@ -8,11 +8,29 @@
 
 #include <QApplication>
 
+namespace {
+
+/// What escapes the error frame of a handler ends in a box, and the user can
+/// still save what is open; otherwise it would end the program.
+class Application : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        bool handled = false;
+        RunHandler([&] { handled = QApplication::notify(receiver, event); });
+        return handled;
+    }
+};
+
+} // namespace
+
 int main(int argc, char** argv)
 {
     int result = 0;
     {
-        QApplication application(argc, argv);
+        Application application(argc, argv);
         QApplication::setApplicationName(ApplicationTitle());
         QApplication::setQuitOnLastWindowClosed(false); // the close routine quits
         FollowDesktopTheme(platform::DesktopPrefersDark());

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <chrono>
+#include <stdexcept>
 
 /// Looks on in the real program, as a user would. A generic plugin, because the
 /// toolkit loads one into any program that the environment asks it to: the
@@ -19,7 +20,8 @@
 ///   shown    title  status text
 ///   state    "minimised" or "normal", each time it changes
 /// STARTPROBE_MINIMISE=1 minimises the window, STARTPROBE_CLOSE=<ms> closes it that
-/// long after it came on the screen.
+/// long after it came on the screen. STARTPROBE_THROW=<text> lets an exception with
+/// that text escape from an event.
 class Probe : public QObject {
 public:
     Probe()
@@ -71,6 +73,10 @@ private:
             Log({"shown", window.windowTitle()});
             if (qEnvironmentVariableIsSet("STARTPROBE_MINIMISE"))
                 window.showMinimized();
+            if (qEnvironmentVariableIsSet("STARTPROBE_THROW"))
+                QTimer::singleShot(0, &window, [] {
+                    throw std::runtime_error(qgetenv("STARTPROBE_THROW").toStdString());
+                });
             if (qEnvironmentVariableIsSet("STARTPROBE_CLOSE"))
                 QTimer::singleShot(qEnvironmentVariableIntValue("STARTPROBE_CLOSE"), &window,
                                    &QWidget::close);
