@@ -32,6 +32,11 @@ void frmMain::BuildMenus()
             connect(action, &QAction::triggered, this, [this, name] { RunCommand(name); });
         }
     }
+    auto* tools = new QActionGroup(this); // one of them is down: the menu shows dots, not ticks
+    for (const ToolbarButton& button : ToolbarButtons()) {
+        if (button.mapTool)
+            tools->addAction(MenuAction(button.menu));
+    }
 }
 
 void frmMain::BuildToolbar()
@@ -50,7 +55,7 @@ void frmMain::BuildToolbar()
             action->setCheckable(true);
         }
         m_ui->tlbTopo->addAction(action);
-        if (index == 4 || index == 6)
+        if (index == 4 || index == 6 || index == 10)
             m_ui->tlbTopo->addSeparator();
         connect(action, &QAction::triggered, this,
                 [this, index] { RunHandler([this, index] { ToolbarsClick(index); }); });
@@ -100,20 +105,24 @@ void frmMain::UpdateEntry(const QString& menu)
 {
     const bool enabled = MayRun(menu);
     MenuAction(menu)->setEnabled(enabled);
-    const int index = ButtonIndexOfMenu(menu);
+    const int index = menu == "mnuProfielAdd" ? ButtonIndexOfCommand(8) : ButtonIndexOfMenu(menu);
     if (index < 0)
         return;
     const ToolbarButton& button = ToolbarButtons()[index];
     // The tools of the map serve its background layers too, with no database.
     const bool mapAlone = button.mapTool || button.command == 3;
-    const bool usable = mapAlone ? m_entries[menu].handler != nullptr : enabled;
+    // The profile button makes a new one where no profile is current.
+    const QString given = button.command == 8 ? MenuOfButton(index) : menu;
+    const bool usable = mapAlone ? m_entries[menu].handler != nullptr : MayRun(given);
     m_buttons[index]->setEnabled(usable && !m_disabledButtons.contains(button.command));
 }
 
 void frmMain::RunCommand(const QString& menu)
 {
     RunHandler([&] {
-        const int index = ButtonIndexOfMenu(menu);
+        // Those of this menu are buttons by another name; any other entry acts by itself, also on
+        // a node that its button does nothing for.
+        const int index = m_menuOf[menu] == "mnuBewerken" ? ButtonIndexOfMenu(menu) : -1;
         if (index >= 0)
             ToolbarsClick(index);
         else if (MayRun(menu))

@@ -81,13 +81,13 @@ void SetViewCommands(frmMain& window, MainPanes& panes)
 void SetBrowserCommands(frmMain& window, MainPanes& panes)
 {
     frmLocaties& locaties = panes.Locaties();
+    window.setCommand("mnuLocatieDelete", [&] { panes.DeleteLocaties(); });
     window.setCommand("mnuBerekeningDelete", [&] { locaties.BerekeningDelete(); });
     window.setCommand("mnuBerekeningRename", [&] { locaties.BerekeningRename(); });
     window.setCommand("mnuProfielDelete", [&] { locaties.ProfielDelete(); });
     window.setCommand("mnuProfielAssign2SelectedLocations", [&] {
-        if (const QTreeWidgetItem* node = locaties.CurrentNode())
-            locaties.ProfielAssign2SelectedLocations(node->text(0));
-        panes.RefreshLocatiesAndLabelsOpMap();
+        if (locaties.CurrentNodeTag() == navtag::Profiel)
+            locaties.ProfielAssign2SelectedLocations(locaties.CurrentNode()->text(0));
     });
     window.setCommand("mnuDijkringCopy", [&] { locaties.DijkringCopy(); });
     window.setCommand("mnuDijkringPaste", [&] { locaties.DijkringPaste(); });

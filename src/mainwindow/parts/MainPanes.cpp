@@ -79,8 +79,14 @@ void MainPanes::ShowDatabase(const QString& path)
     ZoomFullExtent();
     m_locaties->ApplyNode(m_locaties->LocatiesNode());
     // Last: the program can be worked with when the work folder cannot be written.
+    WriteLocationShape();
+}
+
+void MainPanes::WriteLocationShape()
+{
     m_hrdb.OpenWerkMap(m_hrdb.WerkMap());
-    RebuildLocationShape(m_hrdb.WerkMap(), base, LeesLocatiePunten(m_hrdb));
+    RebuildLocationShape(m_hrdb.WerkMap(), QFileInfo(m_hrdb.fileName()).completeBaseName(),
+                         LeesLocatiePunten(m_hrdb));
 }
 
 void MainPanes::LeaveDatabase()
@@ -125,6 +131,28 @@ void MainPanes::AddToSelection(const QStringList& names)
     if (names.size() == 1)
         m_locaties->SelecteerLocatie(names.first());
     ShowSelection();
+}
+
+void MainPanes::DeleteLocaties()
+{
+    const int before = LocationCount();
+    try {
+        m_locaties->DeleteLocaties();
+    } catch (...) {
+        if (LocationCount() != before) // a folder was left behind: that is what is to be told
+            ShowRemainingLocations();
+        throw;
+    }
+    if (LocationCount() != before)
+        ShowRemainingLocations();
+}
+
+void MainPanes::ShowRemainingLocations()
+{
+    const BusyScope busy;
+    m_window.UpdateMenus();
+    RefreshLocatiesAndLabelsOpMap();
+    WriteLocationShape();
 }
 
 void MainPanes::ZoomFullExtent()
@@ -200,10 +228,15 @@ QString MainPanes::CurrentNodeTag() const
     return m_locaties->CurrentNodeTag();
 }
 
-bool MainPanes::HasLocations() const
+int MainPanes::LocationCount() const
 {
     const QTreeWidgetItem* root = m_locaties->LocatiesNode();
-    return root && root->childCount() > 0;
+    return root ? root->childCount() : 0;
+}
+
+bool MainPanes::HasLocations() const
+{
+    return LocationCount() > 0;
 }
 
 void MainPanes::EnsureCurrentNodeVisible()

@@ -47,6 +47,8 @@ public:
     Global<frmBerekeningInstellingen>& Instellingen() { return m_instellingen; }
 
     void ZoomFullExtent();
+    /// Takes the selected locations out of the database, and off the screen, after asking.
+    void DeleteLocaties();
     /// Locations or their marks of quality changed.
     void RefreshLocatiesAndLabelsOpMap() override;
 
@@ -74,7 +76,10 @@ public:
 private:
     void ShowDatabase(const QString& path);
     void LeaveDatabase();
+    void WriteLocationShape();
     void ShowLocations();
+    void ShowRemainingLocations();
+    int LocationCount() const;
     void ShowSelection();
     void AddToSelection(const QStringList& names);
     QColor ColourOfMark(int kwal) const;

@@ -107,7 +107,13 @@ void frmLocaties::ForgetGoneLocations()
 void frmLocaties::ProfielAssign2SelectedLocations(const QString& profiel)
 {
     const BusyScope busy;
-    m_changes.AssignProfiel(profiel, m_mapSelection.Namen());
+    try {
+        m_changes.AssignProfiel(profiel, m_mapSelection.Namen());
+    } catch (...) {
+        m_host.RefreshLocatiesAndLabelsOpMap(); // those before a refusal have their profile
+        throw;
+    }
+    m_host.RefreshLocatiesAndLabelsOpMap();
 }
 
 void frmLocaties::ProfielDelete()
