@@ -19,6 +19,7 @@
 #include <QActionGroup>
 #include <QCloseEvent>
 #include <QFileInfo>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace {
@@ -26,6 +27,8 @@ namespace {
 // The smallest window, in twips.
 constexpr int kMinimumWidth = 11000;
 constexpr int kMinimumHeight = 8000;
+
+constexpr double kFirstShare = 0.9; // of the screen, at most, at the first start
 
 constexpr int kToolbarVisible = 1; // the toolbar's state, as it is stored
 
@@ -132,6 +135,8 @@ void frmMain::Load()
         LoadSettings();
         if (m_map)
             m_map->AddAchtergrondLayers();
+        if (const QScreen* display = screen())
+            resize(size().boundedTo(display->availableSize() * kFirstShare));
         LoadWindowPosition(*this, gIniFile());
         ApplyPaneSizes();
         if (m_paneSizes)

@@ -106,6 +106,11 @@ TEST_F(frmLogTest, ALogWithBinaryContentIsShownHarmlessly)
     EXPECT_TRUE(ShowsItsEnd());
 }
 
+TEST_F(frmLogTest, AnEmptyPaneTellsWhatComesHere)
+{
+    EXPECT_TRUE(box->placeholderText().startsWith("Kies een berekening"));
+}
+
 TEST_F(frmLogTest, ClearingEmptiesThePane)
 {
     form.ShowLogFile(WriteLog(Lines(60000)));

@@ -227,4 +227,16 @@ TEST_F(IniDialogTest, ACentredFormStoresNothing)
     EXPECT_EQ(gIniFile().GetString("SETTINGS", "frmProefLeft", "niets"), "niets");
 }
 
+TEST_F(IniDialogTest, AFormThatIsShownAgainIsNotConfirmedYet)
+{
+    frmProef form;
+    Show(form);
+    form.ok->click();
+    EXPECT_TRUE(form.OK());
+    Show(form);
+    EXPECT_FALSE(form.OK());
+    form.cancel->click();
+    EXPECT_FALSE(form.OK());
+}
+
 } // namespace

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QProgressBar>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QSplitter>
 #include <QToolBar>
@@ -413,6 +414,29 @@ TEST_F(frmMainTest, ALongStatusTextDoesNotWidenTheWindow)
     QCoreApplication::processEvents();
     EXPECT_EQ(m_window->width(), width);
     EXPECT_LE(m_window->minimumSizeHint().width(), width);
+}
+
+TEST_F(frmMainTest, TheFirstStartFitsTheScreen)
+{
+    Load();
+    const QSize room = m_window->screen()->availableSize();
+    EXPECT_LE(m_window->width(), room.width());
+    EXPECT_LE(m_window->height(), room.height());
+}
+
+TEST_F(frmMainTest, OneToolOfTheMapIsMarkedInTheMenu)
+{
+    Load();
+    m_window->ToolbarsClick(0);
+    OpenDatabase();
+    m_window->MenuAction("mnuBewerkenItem_2")->trigger();
+    for (int item = 0; item < 5; ++item)
+        EXPECT_EQ(m_window->MenuAction(QString("mnuBewerkenItem_%1").arg(item))->isChecked(),
+                  item == 2)
+            << item;
+    m_window->MenuAction("mnuBewerkenItem_2")->trigger(); // again: it stays
+    EXPECT_TRUE(m_window->MenuAction("mnuBewerkenItem_2")->isChecked());
+    EXPECT_EQ(m_window->GetChekedButton(), 2);
 }
 
 } // namespace

@@ -23,12 +23,14 @@ protected:
         QPainter painter(&image);
         DrawPoints(painter, image.rect(), transform, points, selected, look);
         if (labels)
-            DrawLabels(painter, image.rect(), transform, points, Places(selected), look);
+            DrawLabels(painter, image.rect(), transform, points, LayOutNames(points, look),
+                       Places(selected), look);
         return image;
     }
     std::vector<PlacedLabel> Places(const QSet<QString>& selected = {}) const
     {
-        return PlaceLabels(points, selected, transform.MetresPerPixel(), look);
+        return PlaceLabels(points, LayOutNames(points, look), selected, transform.MetresPerPixel(),
+                           look);
     }
     /// The room of a point's name in the window; empty when it has none.
     QRectF RoomOf(std::size_t point, const QSet<QString>& selected = {}) const

@@ -194,4 +194,16 @@ TEST_F(MapViewTest, NamesStayWhereTheyAreWhileTheMapMoves)
     EXPECT_EQ(after.copy(around.translated(30, 10)), before.copy(around));
 }
 
+TEST_F(MapViewTest, PointsOnADarkDesktopAreDrawnOnDarkPaperWithALightRim)
+{
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(0x1F, 0x21, 0x23));
+    dark.setColor(QPalette::Text, Qt::white);
+    map.setPalette(dark);
+    const QImage image = map.grab().toImage();
+    EXPECT_EQ(image.pixelColor(200, 20), QColor(0x1F, 0x21, 0x23));
+    EXPECT_EQ(image.pixelColor(104, 100), QColor(Qt::blue));
+    EXPECT_GT(qGray(image.pixel(108, 100)), qGray(qRgb(0, 0, 255)) + 30); // its rim
+}
+
 } // namespace

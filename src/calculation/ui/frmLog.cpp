@@ -32,6 +32,7 @@ frmLog::frmLog(QWidget* parent)
     m_ui->rtfLog->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_ui->rtfLog->setAccessibleName(
         m_iniFile.GetString("Teksten" + gLanguage(), "rtfLog", "Uitvoer van de berekening"));
+    m_ui->rtfLog->setPlaceholderText(m_iniFile.GetString("Teksten" + gLanguage(), "leeg"));
     // A log box cannot be selected in by keyboard unless it is told.
     m_ui->rtfLog->setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
     // The scroll bar itself is silent when a key scrolls the box. Queued: the box is

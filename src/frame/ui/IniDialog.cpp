@@ -52,6 +52,8 @@ void IniDialog::SetUpButtons()
 
 void IniDialog::showEvent(QShowEvent* event)
 {
+    if (!event->spontaneous())
+        m_ok = false; // a form that is shown again has not been confirmed again
     // The first show is the earliest moment at which the layout has told the
     // form's size, which the place depends on.
     if (m_loaded && !event->spontaneous()) {

@@ -36,7 +36,7 @@ public:
                        Place place = Place::Kept);
     ~IniDialog() override;
 
-    /// Closed with OK.
+    /// Closed with OK, the last time it was shown.
     bool OK() const { return m_ok; }
 
     void done(int result) override;

@@ -72,16 +72,28 @@ std::array<QRectF, 8> Candidates(QPointF centre, double radius, QSizeF size)
 
 } // namespace
 
+std::vector<QStaticText> LayOutNames(const std::vector<MapPoint>& points, const MapLook& look)
+{
+    std::vector<QStaticText> names;
+    names.reserve(points.size());
+    for (const MapPoint& point : points) {
+        QStaticText& name = names.emplace_back(point.name);
+        name.setTextFormat(Qt::PlainText);
+        name.prepare(QTransform(), look.labelFont);
+    }
+    return names;
+}
+
 std::vector<PlacedLabel> PlaceLabels(const std::vector<MapPoint>& points,
+                                     const std::vector<QStaticText>& names,
                                      const QSet<QString>& selected, double metresPerPixel,
                                      const MapLook& look)
 {
-    const QFontMetricsF metrics(look.labelFont);
     const double radius = look.symbolSize / 2.0;
     const auto centre = [&](const MapPoint& point) {
         return QPointF(point.x, -point.y) / metresPerPixel;
     };
-    TakenRoom taken(4 * metrics.height());
+    TakenRoom taken(4 * QFontMetricsF(look.labelFont).height());
     for (const MapPoint& point : points) {
         if (std::isfinite(point.x) && std::isfinite(point.y))
             taken.Take({centre(point) - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius)});
@@ -98,8 +110,7 @@ std::vector<PlacedLabel> PlaceLabels(const std::vector<MapPoint>& points,
         if (!std::isfinite(point.x) || !std::isfinite(point.y))
             continue;
         const QPointF place = centre(point);
-        const QSizeF size(metrics.horizontalAdvance(point.name), metrics.height());
-        for (const QRectF& room : Candidates(place, radius, size)) {
+        for (const QRectF& room : Candidates(place, radius, names[index].size())) {
             if (!taken.IsFree(room))
                 continue;
             taken.Take(room);

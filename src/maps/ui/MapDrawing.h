@@ -6,6 +6,7 @@
 #include <QFont>
 #include <QRectF>
 #include <QSet>
+#include <QStaticText>
 #include <QString>
 
 #include <vector>
@@ -18,6 +19,8 @@ struct MapPoint {
     double y = 0;
     QString name;
     QColor colour; ///< an invalid colour: no symbol
+
+    bool operator==(const MapPoint&) const = default;
 };
 
 /// A point's name on the map.
@@ -45,8 +48,8 @@ void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& tra
 
 /// Writes the names that are in view, in a colour that is seen on the paper.
 void DrawLabels(QPainter& painter, const QRectF& window, const MapTransform& transform,
-                const std::vector<MapPoint>& points, const std::vector<PlacedLabel>& labels,
-                const MapLook& look);
+                const std::vector<MapPoint>& points, const std::vector<QStaticText>& names,
+                const std::vector<PlacedLabel>& labels, const MapLook& look);
 
 /// A bar of a round length, with the length beside it, in the lower left corner.
 void DrawScaleBar(QPainter& painter, const QRectF& window, const MapTransform& transform,

@@ -48,16 +48,21 @@ MapView::~MapView() = default;
 
 void MapView::SetPoints(std::vector<MapPoint> points)
 {
+    if (points == m_points)
+        return;
     m_points = std::move(points);
-    m_labelScale = 0;
+    m_names.clear();
     update();
 }
 
 void MapView::SetSelection(const QStringList& names)
 {
-    m_selected.clear();
+    QSet<QString> selected;
     for (const QString& name : names)
-        m_selected.insert(name.toLower());
+        selected.insert(name.toLower());
+    if (selected == m_selected)
+        return;
+    m_selected = std::move(selected);
     m_labelScale = 0;
     update();
 }
@@ -67,7 +72,7 @@ void MapView::SetLabels(bool on, const QFont& font, const QColor& colour)
     m_showLabels = on;
     m_look.labelFont = font;
     m_look.labelColour = colour;
-    m_labelScale = 0;
+    m_names.clear();
     update();
 }
 
@@ -109,18 +114,22 @@ void MapView::paintEvent(QPaintEvent* /*event*/)
     painter.fillRect(rect(), m_look.paper);
     DrawPoints(painter, rect(), m_transform, m_points, m_selected, m_look);
     if (m_showLabels)
-        DrawLabels(painter, rect(), m_transform, m_points, Labels(), m_look);
+        DrawNames(painter);
     DrawScaleBar(painter, rect(), m_transform, m_look);
 }
 
-const std::vector<PlacedLabel>& MapView::Labels()
+void MapView::DrawNames(QPainter& painter)
 {
+    if (m_names.empty()) {
+        m_names = LayOutNames(m_points, m_look);
+        m_labelScale = 0;
+    }
     const double scale = m_transform.MetresPerPixel();
     if (m_labelScale != scale) {
-        m_labels = PlaceLabels(m_points, m_selected, scale, m_look);
+        m_labels = PlaceLabels(m_points, m_names, m_selected, scale, m_look);
         m_labelScale = scale;
     }
-    return m_labels;
+    DrawLabels(painter, rect(), m_transform, m_points, m_names, m_labels, m_look);
 }
 
 void MapView::resizeEvent(QResizeEvent* event)

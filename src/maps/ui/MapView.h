@@ -64,7 +64,7 @@ private:
     /// The nearest point in reach of the mouse; null when there is none.
     const MapPoint* PointAt(QPointF position) const;
     void ShowTip();
-    const std::vector<PlacedLabel>& Labels();
+    void DrawNames(QPainter& painter);
     void ChooseInside(const MapRectangle& rectangle);
 
     MapTransform m_transform;
@@ -72,6 +72,7 @@ private:
     std::vector<MapPoint> m_points;
     QSet<QString> m_selected; // lower-cased names
     bool m_showLabels = false;
+    std::vector<QStaticText> m_names;  // of the points; empty: to be laid out anew
     std::vector<PlacedLabel> m_labels; // for m_labelScale; 0: to be placed anew
     double m_labelScale = 0;
     QTimer m_tipTimer;
