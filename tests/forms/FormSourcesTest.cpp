@@ -15,6 +15,7 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QTabWidget>
+#include <QXmlStreamReader>
 #include <gtest/gtest.h>
 
 namespace {
@@ -237,6 +238,53 @@ TEST_F(FormSourcesTest, NoLabelShowsItsAmpersand)
             EXPECT_TRUE(label->buddy() || !label->text().contains('&'))
                 << test.iniName.toStdString() << ": " << label->objectName().toStdString()
                 << " has a letter and nothing to lead to";
+    }
+}
+
+/// Names of the controls of a .ui file that take the keyboard, and its tab order.
+struct TabRoad {
+    QStringList controls;
+    QStringList tabStops;
+};
+
+TabRoad ReadTabRoad(const QString& uiFile)
+{
+    static const QSet<QString> keyboard{
+        "QPushButton", "QLineEdit",   "QCheckBox",    "QRadioButton", "QComboBox",
+        "NumBox",      "LbnBox",      "FileBox",      "Grid",         "QPlainTextEdit",
+        "QTabWidget",  "QTreeWidget", "QTextBrowser", "QListWidget"};
+    TabRoad road;
+    QStringList open; // the names of the widgets around
+    QFile file(uiFile);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QXmlStreamReader xml(&file);
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (xml.isStartElement() && xml.name() == u"widget") {
+            open.append(xml.attributes().value("name").toString());
+            if (keyboard.contains(xml.attributes().value("class").toString()))
+                road.controls.append(open.last());
+        } else if (xml.isEndElement() && xml.name() == u"widget") {
+            open.removeLast();
+        } else if (xml.isStartElement() && xml.name() == u"enum") {
+            if (xml.readElementText() == "Qt::NoFocus" && !open.isEmpty())
+                road.controls.removeAll(open.last());
+        } else if (xml.isStartElement() && xml.name() == u"tabstop") {
+            road.tabStops.append(xml.readElementText());
+        }
+    }
+    return road;
+}
+
+TEST_F(FormSourcesTest, ATabOrderNamesEveryControlThatTakesTheKeyboard)
+{
+    for (const QString& form : Files("src", {"*.ui"})) {
+        const TabRoad road = ReadTabRoad(form);
+        if (road.tabStops.isEmpty())
+            continue; // the order in the file
+        for (const QString& control : road.controls)
+            EXPECT_EQ(road.tabStops.count(control), 1)
+                << form.toStdString() << ": " << control.toStdString();
     }
 }
 

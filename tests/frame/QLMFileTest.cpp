@@ -358,6 +358,10 @@ TEST_F(QLMFileTest, FolderOperationsDisregardCase)
     EXPECT_EQ(RaisedNumber([&] { fso.Move(Path("werk/A.txt"), Path("werk/b.txt")); }),
               RuntimeFout::FileAccess);
     EXPECT_EQ(fso.Files(Path("geen map")), QStringList());
+    EXPECT_EQ(RaisedNumber([&] { fso.Move(Path("werk/Locatie 1"), Path("werk/locatie 2")); }),
+              RuntimeFout::FileAccess)
+        << "an empty folder is a target, too";
+    EXPECT_EQ(fso.SubFolders(Path("werk")), (QStringList{"Locatie 1", "locatie 2"}));
 }
 
 TEST_F(QLMFileTest, ReadOnlyFilesAreDeletedByForceOnly)
