@@ -66,6 +66,17 @@ TEST_F(OpenenTest, ACopyThatWasKeptStaysToBeReadInTheStatusBar)
     EXPECT_NE(Kies(bestand), nullptr);
     EXPECT_TRUE(status.text.startsWith("Kopie van de database bewaard als boezem.voor-opw"))
         << status.text.toStdString();
+
+    status.text = "Gereed";
+    HRdb zelfde;
+    zelfde.setStatusbarForm(&status);
+    const QString tweede = VoorbeeldDatabase("tweede.mdb");
+    Voeruit(tweede, {"DROP TABLE Resultaat"});
+    zelfde.OpenDB(tweede, false, true);
+    EXPECT_NE(status.text, "Gereed");
+    status.text = "Gereed";
+    zelfde.OpenDB(bestand, false, true);
+    EXPECT_EQ(status.text, "Gereed") << "nothing was copied this time";
 }
 
 TEST_F(OpenenTest, ARefusedFileLeavesTheStatusTextToo)

@@ -1,7 +1,5 @@
 #include "DatabaseFixture.h"
 
-#include "Installation.h"
-
 #include <algorithm>
 #include <map>
 #include <random>
@@ -349,13 +347,55 @@ TEST_F(ResultatenTest, ListsThePeriodsThatHaveWhatAShareNeeds)
     EXPECT_EQ(Alle(db.GetHerhalingstijdenBerekening({99})), Rijen{});
 }
 
+TEST_F(ResultatenTest, APeriodWithoutAFieldOfTheShareIsNotListed)
+{
+    // At each of these periods one field is missing.
+    db.CloseDB();
+    std::vector<std::string> statements;
+    int periode = 0;
+    for (const char* veld :
+         {"HBN_MS_MO", "OVERLOOP_MS_MO", "OVERLOOP_MS_ZO", "BOEZEMPEIL", "STREEFPEIL"}) {
+        const std::string p = std::to_string(++periode);
+        statements.push_back("INSERT INTO Resultaat (Berekening_ID,Locatie_ID,Herhalingstijd,"
+                             "HBN_MS_MO,OVERLOOP_MS_MO,OVERLOOP_MS_ZO,BOEZEMPEIL,STREEFPEIL) "
+                             "VALUES (9,1," +
+                             p + ",5,4,3,2,1)");
+        statements.push_back(std::string("UPDATE Resultaat SET ") + veld +
+                             "=-999 WHERE Berekening_ID=9 AND Herhalingstijd=" + p);
+    }
+    Voeruit(db.fileName(), statements);
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenBerekening({9})),
+              (Rijen{{"1"}, {"2"}, {"3"}, {"4"}, {"5"}}));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelscheefstand({9})), (Rijen{{"1"}, {"2"}, {"5"}}));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelopwaaiing({9})), (Rijen{{"1"}, {"4"}, {"5"}}));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelwindbelasting({9})), (Rijen{{"3"}, {"4"}, {"5"}}));
+    EXPECT_EQ(Alle(db.GetHerhalingstijdenAandeelwaterstand({9})), (Rijen{{"1"}, {"2"}, {"3"}}));
+}
+
+TEST_F(ResultatenTest, ADifferenceOfExactlyTheMissingValueIsPassedOver)
+{
+    db.CloseDB();
+    Voeruit(db.fileName(),
+            {"INSERT INTO Resultaat (Berekening_ID,Locatie_ID,Herhalingstijd,HBN_MS_MO) VALUES "
+             "(8,1,10,1)",
+             "INSERT INTO Resultaat (Berekening_ID,Locatie_ID,Herhalingstijd,HBN_MS_MO) VALUES "
+             "(9,1,10,1000)"});
+    double min = 5, max = 6;
+    db.GetMinMaxVerschil({8}, {9}, min, max);
+    EXPECT_EQ(min, 5);
+    EXPECT_EQ(max, 6);
+}
+
 TEST_F(ResultatenTest, LevelsCanBeAskedForOneOrAllPeriods)
 {
     EXPECT_EQ(Alle(db.GetBoezempeilen(kAlle)).size(), 120U);
     const auto bij10 = Alle(db.GetBoezempeilen(10), {"naam", "herhalingstijd", "boezempeil"});
     ASSERT_EQ(bij10.size(), 24U);
     EXPECT_EQ(bij10[0], (std::vector<std::string>{"Plas-01", "10", "-0.2"}));
-    EXPECT_EQ(Alle(db.GetBoezempeilenVanHerhalingstijd(10)).size(), 24U);
+    const auto punten = Alle(db.GetBoezempeilenVanHerhalingstijd(10));
+    ASSERT_EQ(punten.size(), 24U);
+    const auto eerste = Lees("SELECT x, y FROM Locatie WHERE Locatie_ID=1").at(0);
+    EXPECT_THAT(punten, testing::Contains(std::vector<std::string>{eerste[0], eerste[1], "-0.2"}));
     EXPECT_EQ(Alle(db.GetBoezempeilenVanHerhalingstijd(11)), Rijen{});
 }
 
@@ -365,12 +405,16 @@ TEST_F(ResultatenTest, GivesTheHighestSetUpPerSectorAndLocation)
     const auto sector = Alle(db.GetMaxScheefstanden(12), {"naam", "windrichting", "Graden"});
     ASSERT_EQ(sector.size(), 24U);
     EXPECT_EQ(sector[0], (std::vector<std::string>{"Plas-01", "WZW", "247.5"}));
-    EXPECT_EQ(Alle(db.GetMaxScheefstandVanWindrichtingId(12)).size(), 24U);
     // A location at the lee end: the set-up at 40 m/s is the highest.
     const auto hoogste = Lees("SELECT Scheefstand FROM Scheefstand WHERE Locatie_ID=1 AND "
                               "Richting_ID=4 AND Windsnelheid=40");
     const auto maxima = Alle(db.GetMaxScheefstanden(4), {"Locatie_ID", "waarde"});
     EXPECT_EQ(maxima.at(0), (std::vector<std::string>{"1", hoogste.at(0).at(0)}));
+    const auto eerste = Lees("SELECT x, y FROM Locatie WHERE Locatie_ID=1").at(0);
+    const auto punten = Alle(db.GetMaxScheefstandVanWindrichtingId(4));
+    EXPECT_EQ(punten.size(), 24U);
+    EXPECT_THAT(punten, testing::Contains(
+                            std::vector<std::string>{eerste[0], eerste[1], hoogste.at(0).at(0)}));
 }
 
 TEST_F(ResultatenTest, ExtremesSpanTheWholeTable)
@@ -417,48 +461,4 @@ TEST_F(ResultatenTest, ExtremesOfSharesAreAskedByPositionNotById)
     db.GetMinMaxAandelen({1}, min, max, 50);
     EXPECT_EQ(min, 5) << "a calculation without results has null extremes, which change nothing";
     EXPECT_EQ(max, 5);
-}
-
-TEST_F(ResultatenTest, WritesAFieldAsTheTextOfAnExport)
-{
-    const auto rij = db.GetRecordSet(
-        "SELECT omschrijving, x/8 AS deel, Locatie_ID, kwaliteitskenmerk, -999.0 AS weg, "
-        "NULL AS niets FROM Locatie WHERE Locatie_ID=4");
-    ASSERT_TRUE(HRdb::heeftRecords(rij));
-    const double missing = -999;
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "omschrijving", true), "\"Plas-04\"");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", true), "22388.125");
-    const FixedInternational komma(",");
-    SetInternational(&komma);
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", false), "22388,125");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Locatie_ID", false), "4");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "deel", true), "22388.125");
-    SetInternational(nullptr);
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Locatie_ID", true), "4");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "kwaliteitskenmerk", true), "2");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "weg", true, &missing), "");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "weg", true), "-999");
-}
-
-TEST_F(ResultatenTest, ANullFieldIsEmptyAndANullTextTwoQuotes)
-{
-    const auto rijen = db.GetDataVoorCsv(99); // locations without results only
-    ASSERT_TRUE(HRdb::heeftRecords(rijen));
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rijen, "HBN_MS_MO", true), "");
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rijen, "Berekeningnaam", true), "\"\"");
-}
-
-TEST_F(ResultatenTest, AnExportWritesAVeryLargeNumberWhole)
-{
-    const auto rij = db.GetRecordSet("SELECT 1E20 AS groot FROM Locatie WHERE Locatie_ID=4");
-    ASSERT_TRUE(HRdb::heeftRecords(rij));
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "groot", true), "1E+20");
-}
-
-TEST_F(ResultatenTest, OtherTypesAreEmptyInAnExport)
-{
-    const auto rij = db.GetRecordSet("SELECT Naam, QOverslag FROM Dijkring");
-    ASSERT_TRUE(HRdb::heeftRecords(rij));
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "Naam", true), "") << "a memo";
-    EXPECT_EQ(HRdb::GetDbValueFromField(*rij, "QOverslag", true), "") << "a single";
 }
