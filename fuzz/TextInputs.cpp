@@ -1,12 +1,16 @@
 #include "TextInputs.h"
 
+#include "calculation/BatchVoortgang.h"
 #include "calculation/Frequentielijn.h"
+#include "calculation/TextFile.h"
 #include "frame/Fouten.h"
 #include "frame/QLMIniFile.h"
 #include "maps/MapValues.h"
 
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <cstdlib>
 
 namespace fuzz {
 namespace {
@@ -42,6 +46,24 @@ void ReadFrequencyLine(std::span<const std::byte> input)
         return;
     (void)LogaritmischeAs(part.front().herhalingstijd, part.back().herhalingstijd);
     (void)RondeAs(part.front().niveau, part.back().niveau, 5, 1, 1);
+}
+
+void ReadCoreOutput(std::span<const std::byte> input)
+{
+    const QString path = AsFile("uitvoer.txt", input);
+    bool cut = false;
+    const QString text = textfile::ReadAll(path, 1 << 16, cut);
+    for (const QString& line : text.split('\n'))
+        (void)LeesResultaatregel(line);
+    TailReader tail(path);
+    qsizetype length = tail.ReadLast(100).size();
+    while (!tail.AtStart()) {
+        const qint64 read = tail.BytesRead();
+        length += tail.ReadBefore(100).size();
+        if (tail.BytesRead() <= read)
+            std::abort(); // no way to the start
+    }
+    (void)length;
 }
 
 void ReadIni(std::span<const std::byte> input)

@@ -1,4 +1,4 @@
-#include "ReadEverything.h"
+#include "MdbInput.h"
 
 #include <gtest/gtest.h>
 

@@ -33,6 +33,12 @@ TEST(DamagedTextTest, FrequencyLinesNeitherCrashNorHang)
     Damage("3  punten\r\n0.54 0.2\r\n0.63 0.1\r\n0.9 0.00001\r\n", 500, fuzz::ReadFrequencyLine);
 }
 
+TEST(DamagedTextTest, OutputOfTheCoreNeitherCrashesNorHangs)
+{
+    Damage("Dijkvak 1\r\nHBN   1.23\n\tmeer\x80\r\n" + std::string(500, 'x') + "\r\n OK\r\n", 500,
+           fuzz::ReadCoreOutput);
+}
+
 TEST(DamagedTextTest, IniFilesNeitherCrashNorHang)
 {
     Damage("[Algemeen]\r\nTaal=NL\r\na=1\r\n\r\n[Mappen]\r\nb=2\r\n", 500, fuzz::ReadIni);

@@ -1,3 +1,4 @@
+#include "CoreInputs.h"
 #include "rekenhart/Fout.h"
 #include "rekenhart/files/InputFile.h"
 #include "rekenhart/files/InvoerLezer.h"
@@ -5,6 +6,8 @@
 #include "rekenhart/files/TextEncoding.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 using namespace rekenhart;
 
@@ -286,4 +289,17 @@ TEST(NumbersTest, RefusesWhatIsNotWhollyANumber)
         EXPECT_EQ(ParseNumber(text), std::nullopt) << text;
     EXPECT_EQ(ParseInteger("-32768"), -32768);
     EXPECT_EQ(ParseInteger("99999999999"), std::nullopt);
+}
+
+TEST(InputFileTest, DamagedFilesAreReadOrRefusedButNeverCrash)
+{
+    std::mt19937 random(20261122);
+    for (int i = 0; i < 2000; ++i) {
+        std::string damaged = kDijkvak;
+        for (unsigned j = 1 + random() % 4; j > 0; --j)
+            damaged[random() % damaged.size()] = static_cast<char>(random());
+        if (i % 3 == 0)
+            damaged.resize(random() % damaged.size());
+        EXPECT_NO_THROW(fuzz::ReadCoreInput(std::as_bytes(std::span(damaged)))) << damaged;
+    }
 }

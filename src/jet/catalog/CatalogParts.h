@@ -39,6 +39,8 @@ struct Catalog::Parts {
     void Load();
     void Forget();
     const TableEntry& Entry(std::string_view name);
+    /// A copy, which survives what is done to the tables. Throws ReadOnly, InUse.
+    TableEntry ChangeableEntry(std::string_view name);
     std::shared_ptr<Table> OpenEntry(const TableEntry& entry);
     /// A system table by name; throws Damaged when the file has none.
     std::shared_ptr<Table> SystemTable(std::string_view name);

@@ -23,13 +23,6 @@ void RequireWritable(const Pager& pager)
         throw Error(ErrorKind::ReadOnly, pager.WhyReadOnly());
 }
 
-void RefuseSystemTable(const TableEntry& entry)
-{
-    if (entry.system)
-        throw Error(ErrorKind::InUse,
-                    "De systeemtabel " + Quoted(entry.name) + " kan niet worden gewijzigd.");
-}
-
 void RefuseUsedName(const std::map<std::string, TableEntry>& tables,
                     const std::map<std::string, std::string>& others, std::string_view name)
 {
@@ -171,6 +164,16 @@ Value ZeroOf(ColumnType type)
 
 } // namespace
 
+TableEntry Catalog::Parts::ChangeableEntry(std::string_view name)
+{
+    RequireWritable(pager);
+    const TableEntry& entry = Entry(name);
+    if (entry.system)
+        throw Error(ErrorKind::InUse,
+                    "De systeemtabel " + Quoted(entry.name) + " kan niet worden gewijzigd.");
+    return entry;
+}
+
 void Catalog::Create(const TableDef& spec)
 {
     Parts& parts = Fresh();
@@ -225,9 +228,7 @@ void Catalog::Create(const TableDef& spec)
 void Catalog::Drop(std::string_view table)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     const auto relationships = parts.SystemTable("MSysRelationships");
     if (!RowsNaming(*relationships, entry.name, {"szObject", "szReferencedObject"}).empty())
         throw Error(ErrorKind::InUse, "De tabel " + Quoted(entry.name) +
@@ -252,9 +253,7 @@ void Catalog::Drop(std::string_view table)
 void Catalog::Rename(std::string_view table, std::string_view newName)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     CheckName(newName);
     if (!NamesEqual(table, newName))
         RefuseUsedName(parts.tables, parts.otherNames, newName);
@@ -280,9 +279,7 @@ void Catalog::Rename(std::string_view table, std::string_view newName)
 void Catalog::AddColumns(std::string_view table, const std::vector<FieldDef>& columns)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     const auto opened = parts.OpenEntry(entry);
     TableDefinition definition = opened->Definition();
     const std::size_t before = definition.columns.size();
@@ -328,9 +325,7 @@ void Catalog::AddColumns(std::string_view table, const std::vector<FieldDef>& co
 void Catalog::DropColumn(std::string_view table, std::string_view column)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     TableDefinition definition = parts.OpenEntry(entry)->Definition();
     const int at = RequireColumn(definition, entry.name, column);
     const Column dropped = definition.columns[at];
@@ -361,9 +356,7 @@ void Catalog::DropColumn(std::string_view table, std::string_view column)
 void Catalog::ChangeColumn(std::string_view table, const FieldDef& column)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     const std::shared_ptr<Table> opened = parts.OpenEntry(entry);
     const int at = RequireColumn(opened->Definition(), entry.name, column.name);
     RefuseIndexedColumn(opened->Definition(), entry.name, at, "veranderd");
@@ -414,9 +407,7 @@ void Catalog::ChangeColumn(std::string_view table, const FieldDef& column)
 void Catalog::CreateIndex(std::string_view table, const IndexDef& spec)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     const auto opened = parts.OpenEntry(entry);
     TableDefinition definition = opened->Definition();
     AppendIndex(definition, entry.name, spec);
@@ -437,9 +428,7 @@ void Catalog::CreateIndex(std::string_view table, const IndexDef& spec)
 void Catalog::DropIndex(std::string_view table, std::string_view index)
 {
     Parts& parts = Fresh();
-    RequireWritable(parts.pager);
-    const TableEntry entry = parts.Entry(table);
-    RefuseSystemTable(entry);
+    const TableEntry entry = parts.ChangeableEntry(table);
     TableDefinition definition = parts.OpenEntry(entry)->Definition();
     const LogicalIndex dropped = RequireIndex(definition, entry.name, index);
     if (dropped.kind == LogicalIndex::Kind::Relationship)

@@ -1,6 +1,7 @@
 #include "jet/catalog/PropertyMap.h"
 
 #include "jet/base/ByteOrder.h"
+#include "jet/base/ByteWriter.h"
 #include "jet/base/Error.h"
 #include "jet/base/Text.h"
 
@@ -55,23 +56,8 @@ private:
     std::span<const std::byte> m_bytes;
 };
 
-class Writer {
+class Writer : public ByteWriter {
 public:
-    void U8(std::uint8_t v) { m_bytes.push_back(std::byte{v}); }
-    void U16(std::uint16_t v)
-    {
-        U8(static_cast<std::uint8_t>(v));
-        U8(static_cast<std::uint8_t>(v >> 8));
-    }
-    void U32(std::uint32_t v)
-    {
-        U16(static_cast<std::uint16_t>(v));
-        U16(static_cast<std::uint16_t>(v >> 16));
-    }
-    void Append(std::span<const std::byte> bytes)
-    {
-        m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
-    }
     /// A block whose length, itself included, stands before it.
     void Block(std::uint16_t kind, const Writer& body)
     {
@@ -79,10 +65,6 @@ public:
         U16(kind);
         Append(body.m_bytes);
     }
-    const Bytes& Content() const { return m_bytes; }
-
-private:
-    Bytes m_bytes;
 };
 
 std::string TextOf(std::span<const std::byte> bytes, FileVersion version)

@@ -318,9 +318,7 @@ void TableRecordset::GetRow(std::vector<Value>& row) const
     Rows();
     if (m_editing == Editing::No && m_pages) {
         RequireRow();
-        row.resize(m_fields.size());
-        for (std::size_t i = 0; i < row.size(); ++i)
-            row[i] = m_pages->Get(static_cast<int>(i));
+        m_pages->GetRow(m_fields.size(), row);
         return;
     }
     Recordset::GetRow(row);

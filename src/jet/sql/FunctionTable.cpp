@@ -33,6 +33,7 @@ constexpr std::array kFunctions = {
     FunctionInfo{"CVDate", 1, 1, "A", 'M', F::Call, "jet_cdate"},
     FunctionInfo{"Val", 1, 1, "T", 'D', F::Call, "jet_val"},
     FunctionInfo{"Str", 1, 1, "N", 'T', F::Call, "jet_str"},
+    FunctionInfo{"Format", 2, 2, "AT", 'T', F::Call, "jet_format"},
     FunctionInfo{"Hex", 1, 1, "N", 'T', F::Call, "jet_hex"},
     FunctionInfo{"Oct", 1, 1, "N", 'T', F::Call, "jet_oct"},
     FunctionInfo{"IsNumeric", 1, 1, "A", 'B', F::Call, "jet_isnumeric"},

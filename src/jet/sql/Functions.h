@@ -11,6 +11,7 @@ void RegisterFunctions(sqlite3* handle, PendingError& errors);
 void RegisterNumberFunctions(sqlite3* handle, PendingError& errors);
 void RegisterTextFunctions(sqlite3* handle, PendingError& errors);
 void RegisterDateFunctions(sqlite3* handle, PendingError& errors);
+void RegisterFormatFunction(sqlite3* handle, PendingError& errors);
 void RegisterAggregates(sqlite3* handle, PendingError& errors);
 
 /// A number that a function needs whole: halves to even; Overflow beyond 32 bits.

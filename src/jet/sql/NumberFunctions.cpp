@@ -317,6 +317,7 @@ void RegisterFunctions(sqlite3* db, PendingError& errors)
     RegisterNumberFunctions(db, errors);
     RegisterTextFunctions(db, errors);
     RegisterDateFunctions(db, errors);
+    RegisterFormatFunction(db, errors);
     RegisterAggregates(db, errors);
 }
 

@@ -397,13 +397,8 @@ void FilePager::RestoreSaved(PageNumber page, std::uint32_t slot)
 {
     PageCacheEntry* entry = m_cache.Find(page);
     if (slot == kAsInFile && !m_spilled.Get(page)) {
-        if (!entry)
-            return;
-        entry->dirty = false;
-        if (entry->pins > 0)
-            Load(page, entry->Data());
-        else
-            m_cache.Drop(entry);
+        if (entry)
+            ForgetChange(entry);
         return;
     }
     if (!entry)
@@ -444,18 +439,21 @@ void FilePager::RollbackOutermost()
     EndTransaction();
 }
 
-/// Brings every cached page back to what the file has.
+/// Brings a cached page back to what the file has.
+void FilePager::ForgetChange(PageCacheEntry* entry)
+{
+    entry->dirty = false;
+    if (entry->pins > 0)
+        Load(entry->Number(), entry->Data());
+    else
+        m_cache.Drop(entry);
+}
+
 void FilePager::ForgetChanges()
 {
     m_cache.ForEach([this](PageCacheEntry* entry) {
-        const PageNumber page = entry->Number();
-        if (!entry->dirty && !m_spilled.Get(page))
-            return;
-        entry->dirty = false;
-        if (entry->pins > 0)
-            Load(page, entry->Data());
-        else
-            m_cache.Drop(entry);
+        if (entry->dirty || m_spilled.Get(entry->Number()))
+            ForgetChange(entry);
     });
 }
 

@@ -96,6 +96,7 @@ private:
     void RollbackInner();
     void RestoreSaved(PageNumber page, std::uint32_t slot);
     void DropPagesFrom(PageNumber first);
+    void ForgetChange(PageCacheEntry* entry);
     void ForgetChanges();
     void EndTransaction();
     void RemoveJournal();

@@ -1,9 +1,8 @@
+#include "jet/base/ByteOrder.h"
+#include "jet/base/Text.h"
 #include "jet/storage/DataPage.h"
 #include "jet/storage/Faults.h"
 #include "jet/table/DefinitionLayout.h"
-
-#include "jet/base/ByteOrder.h"
-#include "jet/base/Text.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
+#include "jet/base/ByteOrder.h"
+#include "jet/base/ByteWriter.h"
+#include "jet/base/Text.h"
 #include "jet/storage/DataPage.h"
 #include "jet/storage/Faults.h"
 #include "jet/table/DefinitionLayout.h"
-
-#include "jet/base/ByteOrder.h"
-#include "jet/base/Text.h"
 
 #include <algorithm>
 
@@ -11,19 +11,8 @@ namespace jet {
 
 namespace {
 
-class DefinitionBuilder {
+class DefinitionBuilder : public ByteWriter {
 public:
-    void U8(std::uint8_t v) { m_bytes.push_back(std::byte{v}); }
-    void U16(std::uint16_t v)
-    {
-        U8(static_cast<std::uint8_t>(v));
-        U8(static_cast<std::uint8_t>(v >> 8));
-    }
-    void U32(std::uint32_t v)
-    {
-        U16(static_cast<std::uint16_t>(v));
-        U16(static_cast<std::uint16_t>(v >> 16));
-    }
     void Zeros(std::size_t count) { m_bytes.resize(m_bytes.size() + count); }
     void Pointer(RowId row) { U32(PointerFromRowId(row)); }
     void Name(std::string_view utf8)
@@ -39,9 +28,6 @@ public:
         PutU32(m_bytes, 8, static_cast<std::uint32_t>(m_bytes.size()));
         return std::move(m_bytes);
     }
-
-private:
-    Bytes m_bytes;
 };
 
 std::uint8_t FlagsOf(const Column& column)

@@ -69,13 +69,18 @@ bool RowReader::IsNull(int column) const
 
 jet::Row RowReader::GetRow() const
 {
-    const RowView& view = m_state->Row();
     jet::Row row;
-    const std::size_t columns = m_state->parts->definition.columns.size();
-    row.reserve(columns);
-    for (std::size_t i = 0; i < columns; ++i)
-        row.push_back(m_state->parts->Decode(view, m_state->at, static_cast<int>(i)));
+    GetRow(m_state->parts->definition.columns.size(), row);
     return row;
+}
+
+void RowReader::GetRow(std::size_t count, jet::Row& row) const
+{
+    const RowView& view = m_state->Row();
+    const TableParts& parts = *m_state->parts;
+    row.resize(count);
+    for (std::size_t i = 0; i < count; ++i)
+        row[i] = parts.Decode(view, m_state->at, static_cast<int>(i));
 }
 
 } // namespace jet

@@ -19,6 +19,7 @@ public:
     RowView(const Pager& pager, PageNumber page, const TableDefinition& definition,
             std::span<const std::byte> row);
 
+    FileVersion Version() const { return m_jet4 ? FileVersion::Jet4 : FileVersion::Jet3; }
     /// For a boolean: its value.
     bool HasValue(const Column& column) const
     {

@@ -70,12 +70,12 @@ Value TableParts::Decode(const RowView& row, PageNumber page, int column) const
         return {};
     const std::span<const std::byte> stored = row.Bytes(c);
     if (!c.IsLongValue())
-        return DecodeValue(c, stored, pager.Version());
+        return DecodeValue(c, stored, row.Version());
     if (stored.empty())
         return {}; // some writers leave nothing at all of a null
     Bytes bytes = ReadLongValue(pager, page, stored);
     if (c.type == ColumnType::Memo)
-        return DecodeText(bytes, pager.Version());
+        return DecodeText(bytes, row.Version());
     return bytes;
 }
 

@@ -31,6 +31,8 @@ public:
     Value Get(int column) const;
     bool IsNull(int column) const;
     Row GetRow() const;
+    /// The first `count` columns into `row`, whose memory is used again.
+    void GetRow(std::size_t count, Row& row) const;
 
 private:
     friend class TableScan;
@@ -62,6 +64,7 @@ public:
     Value Get(int column) const { return m_reader.Get(column); }
     bool IsNull(int column) const { return m_reader.IsNull(column); }
     Row GetRow() const { return m_reader.GetRow(); }
+    void GetRow(std::size_t count, Row& row) const { m_reader.GetRow(count, row); }
 
 private:
     bool OpenPage(PageNumber number);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "MemoryFileSystem.h"
-
 #include <cstddef>
 #include <span>
 

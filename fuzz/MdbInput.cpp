@@ -1,5 +1,6 @@
-#include "ReadEverything.h"
+#include "MdbInput.h"
 
+#include "MemoryFileSystem.h"
 #include "jet/base/Error.h"
 #include "jet/dao/Workspace.h"
 

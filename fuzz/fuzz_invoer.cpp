@@ -1,0 +1,7 @@
+#include "CoreInputs.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size)
+{
+    fuzz::ReadCoreInput(std::as_bytes(std::span(data, size)));
+    return 0;
+}
