@@ -1,22 +1,29 @@
 #include "frame/MapExtent.h"
 
-#include "frame/Convert.h"
 #include "frame/Globals.h"
+#include "frame/Numbers.h"
 #include "frame/QLMIniFile.h"
 
+#include <QStringList>
+
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr double kSmallestView = 25000; // metres
-constexpr double kMargin = 0.05;        // of the view, on each side
+constexpr double kLargestBound = 2147483647;
+constexpr double kMargin = 0.05; // of the view, on each side
 
 MapRectangle DefaultExtent()
 {
     QStringList bounds =
         gIniFile().GetString("Shapes", "extent", "-7000|629000|300000|289000").split('|');
     bounds.resize(4);
-    const auto bound = [&bounds](int i) { return double(gConvert().ConvLng(bounds[i])); };
+    const auto bound = [&bounds](int i) {
+        const double number = RoundToEven(ParseNumber(bounds[i]).value_or(0));
+        return std::fabs(number) <= kLargestBound ? number : 0;
+    };
     return {bound(0), bound(1), bound(2), bound(3)};
 }
 

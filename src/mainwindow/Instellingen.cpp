@@ -2,12 +2,16 @@
 
 #include "frame/Convert.h"
 #include "frame/Globals.h"
+#include "frame/IniNumbers.h"
 #include "frame/QLMIniFile.h"
+
+#include <limits>
 
 namespace {
 
 constexpr auto kCodes = "Kwaliteteitscodes"; // the spelling of every ini out there
 constexpr auto kLabels = "LABELS";
+constexpr double kLargestFont = 400; // points
 constexpr auto kOdbc = "ODBC";
 
 /// Values of key1, key2, ... up to the first that is absent.
@@ -64,13 +68,14 @@ LabelSettings LoadLabelSettings(QLMIniFile& ini)
     LabelSettings settings;
     settings.shown = ini.GetString(kLabels, "STATUS", "AAN") == "AAN";
     settings.fontName = ini.GetString(kLabels, "FONTNAME", settings.fontName);
-    settings.fontSize =
-        gConvert().ConvDbl(ini.GetString(kLabels, "FONTSIZE", NumberText(settings.fontSize)));
+    settings.fontSize = ReadNumber(ini, kLabels, "FONTSIZE", settings.fontSize, 1, kLargestFont);
     settings.bold = flag("FONTBOLD");
     settings.italic = flag("FONTITALIC");
     settings.underline = flag("FONTUNDERLINE");
     settings.strikeThrough = flag("FONTSTRIKETHROUGH");
-    const qint32 colour = gConvert().ConvLng(ini.GetString(kLabels, "FONTCOLOR", "0"));
+    // Colours of the desktop are negative numbers.
+    const int colour =
+        ReadWhole(ini, kLabels, "FONTCOLOR", 0, std::numeric_limits<int>::min(), 0xFFFFFF);
     settings.colour = QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
     return settings;
 }

@@ -1,7 +1,7 @@
 #include "mainwindow/PaneSizes.h"
 
-#include "frame/Convert.h"
-#include "frame/Globals.h"
+#include "frame/IniNumbers.h"
+#include "frame/Numbers.h"
 #include "frame/QLMIniFile.h"
 
 namespace {
@@ -13,8 +13,7 @@ constexpr auto kTree = "PANE_ROOTLOCATIES_HeightFactor";
 
 void Read(QLMIniFile& ini, const char* key, double& factor)
 {
-    const QString text = ini.GetString(kSection, key, NumberText(factor));
-    const double value = gConvert().ConvDbl(gConvert().NumSys(text));
+    const double value = ReadNumber(ini, kSection, key, factor, 0, 1);
     if (value > 0 && value < 1)
         factor = value;
 }

@@ -3,6 +3,7 @@
 #include "frame/Convert.h"
 #include "frame/Fouten.h"
 #include "frame/Globals.h"
+#include "frame/IniNumbers.h"
 #include "frame/Paths.h"
 #include "frame/ProcessRunner.h"
 #include "frame/Texts.h"
@@ -168,9 +169,9 @@ void frmMain::LoadSettings()
     m_buttons[ButtonIndexOfCommand(13)]->setChecked(m_labels.shown);
     m_ui->mnuBewerkenLabels->setChecked(m_labels.shown);
 
-    const QString state = gIniFile().GetString("SETTINGS", objectName() + "ToolbarState",
-                                               QString::number(kToolbarVisible));
-    const bool visible = gConvert().ConvLng(state) & kToolbarVisible;
+    const bool visible = ReadWhole(gIniFile(), "SETTINGS", objectName() + "ToolbarState",
+                                   kToolbarVisible, 0, 0xFFFF) &
+                         kToolbarVisible;
     m_ui->tlbTopo->setVisible(visible);
     m_ui->mnuViewToolbarsTopo->setChecked(visible);
 

@@ -135,6 +135,7 @@ TEST_F(ConvertTest, FormatsAValueInItsField)
     EXPECT_EQ(m_convert.QLMFormat("10.0F", 2.5), "         3");
     EXPECT_EQ(m_convert.QLMFormat("+6.1", 2), "  +2,0");
     EXPECT_EQ(m_convert.QLMFormat("+6.1", -2), "  -2,0");
+    EXPECT_EQ(m_convert.QLMFormat("+6.1", 0), "  +0,0");
     EXPECT_EQ(m_convert.QLMFormat("-+8.2E", 12345), "+1,23E+04");
     EXPECT_EQ(m_convert.QLMFormat("3.2", 12345.678), "12345,68") << "not cut";
     EXPECT_EQ(m_convert.QLMFormat("6.2", -0.001), "  0,00");

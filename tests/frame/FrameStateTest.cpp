@@ -112,6 +112,9 @@ TEST_F(FrameStateTest, WithoutALayerTheExtentComesFromTheIni)
     gIniFile.Release();
     WriteProgramIni("[Shapes]\r\nextent=1|2\r\n");
     EXPECT_EQ(FullExtent({}), (MapRectangle{1, 2, 0, 0}));
+    gIniFile.Release();
+    WriteProgramIni("[Shapes]\r\nextent=1e999|x|-99999999999|2\r\n");
+    EXPECT_EQ(FullExtent({}), (MapRectangle{0, 0, 0, 2})) << "damaged";
 }
 
 TEST_F(FrameStateTest, SetMapFullExtentRefreshesAfterSetting)

@@ -364,6 +364,23 @@ TEST_F(QLMFileTest, FolderOperationsDisregardCase)
     EXPECT_EQ(fso.SubFolders(Path("werk")), (QStringList{"Locatie 1", "locatie 2"}));
 }
 
+TEST_F(QLMFileTest, ACopyReplacesNeitherItselfNorAReadOnlyFile)
+{
+    const FileSystemObject fso;
+    WriteBytes(Path("a.txt"), "een");
+    WriteBytes(Path("b.txt"), "twee");
+    EXPECT_EQ(RaisedNumber([&] { fso.CopyFile(Path("a.txt"), Path("A.TXT")); }),
+              RuntimeFout::FileAccess);
+    EXPECT_EQ(ReadBytes(Path("a.txt")), "een");
+    SetReadOnly(Path("b.txt"), true);
+    EXPECT_EQ(RaisedNumber([&] { fso.CopyFile(Path("a.txt"), Path("b.txt")); }),
+              RuntimeFout::FileAccess);
+    EXPECT_EQ(ReadBytes(Path("b.txt")), "twee");
+    SetReadOnly(Path("b.txt"), false);
+    fso.CopyFile(Path("a.txt"), Path("b.txt"));
+    EXPECT_EQ(ReadBytes(Path("b.txt")), "een");
+}
+
 TEST_F(QLMFileTest, ReadOnlyFilesAreDeletedByForceOnly)
 {
     const FileSystemObject fso;

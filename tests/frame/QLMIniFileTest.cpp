@@ -279,6 +279,17 @@ TEST_F(QLMIniFileTest, SluitWritesOnceAndReadsAgain)
     EXPECT_EQ(Written(), "[s]\r\na=2");
 }
 
+TEST_F(QLMIniFileTest, BehindSluitNothingCountsAsChangedAnyMore)
+{
+    QLMIniFile ini(File());
+    ini.SaveString("s", "a", "1");
+    EXPECT_TRUE(ini.Sluit());
+    EXPECT_EQ(ini.GetString("s", "a"), "1"); // read again
+    Given("door een ander");
+    EXPECT_TRUE(ini.Save());
+    EXPECT_EQ(Written(), "door een ander");
+}
+
 TEST_F(QLMIniFileTest, AChangedFileNameKeepsTheText)
 {
     Given("[s]\r\na=1");

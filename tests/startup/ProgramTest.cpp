@@ -10,6 +10,7 @@ namespace {
 class ProgramTest : public testing::Test {
 protected:
     ProgramRun m_run;
+    QByteArray m_shipped = m_run.Read("Zandvoet.ini");
 };
 
 TEST_F(ProgramTest, AWholeInstallationStartsAndClosesWithoutABox)
@@ -129,6 +130,27 @@ TEST_F(ProgramTest, AReadOnlyInstallationStartsAndIsLeftAsItWas)
     EXPECT_TRUE(m_run.Boxes().isEmpty());
     QFile::setPermissions(m_run.Path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(m_run.Read("Zandvoet.ini"), before);
+}
+
+TEST_F(ProgramTest, DamagedNumbersInTheIniDoNotKeepTheWindowAway)
+{
+    for (const char* damage : {"99999999999999e999", "-99999999999", "x", ""}) {
+        QByteArray ini = m_run.Read("Zandvoet.ini");
+        QByteArray settings = "[SETTINGS]";
+        for (const char* key :
+             {"frmMainLeft", "frmMainTop", "frmMainWidth", "frmMainHeight", "frmMainToolbarState",
+              "PANE_TOP0_HeightFactor", "PANE_TOP0_WidthFactor", "PANE_ROOTLOCATIES_HeightFactor"})
+            settings += QByteArray("\r\n") + key + '=' + damage;
+        ini.replace("[SETTINGS]", settings);
+        for (const char* line : {"FONTSIZE=12", "FONTBOLD=0", "FONTCOLOR=0", "aantal=0",
+                                 "extent=-7000|629000|300000|289000", "code1=0|&HFF"})
+            ini.replace(line, QByteArray(line).left(QByteArray(line).indexOf('=') + 1) + damage);
+        m_run.Write("Zandvoet.ini", ini);
+        EXPECT_EQ(m_run.Run(damage), 0) << damage;
+        EXPECT_TRUE(m_run.Shown(damage)) << damage;
+        EXPECT_TRUE(m_run.Boxes(damage).isEmpty()) << damage;
+        m_run.Write("Zandvoet.ini", m_shipped);
+    }
 }
 
 TEST_F(ProgramTest, ALastDatabaseThatIsGoneIsNoError)

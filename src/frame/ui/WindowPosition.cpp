@@ -1,5 +1,6 @@
 #include "frame/ui/WindowPosition.h"
 
+#include "frame/IniNumbers.h"
 #include "frame/Numbers.h"
 #include "frame/QLMIniFile.h"
 #include "frame/ui/FormUnits.h"
@@ -9,20 +10,15 @@
 #include <QScreen>
 #include <QWidget>
 
-#include <cmath>
-
 namespace {
 
 constexpr auto kSection = "SETTINGS";
 
-/// In pixels. A damaged ini must not keep a form from opening.
+/// In pixels.
 int ReadPlace(QLMIniFile& ini, const QString& key, int present)
 {
-    constexpr int kFarAway = 1'000'000; // pixels
-    const auto twips = ParseNumber(ini.GetString(kSection, key));
-    if (!twips || std::fabs(*twips) > PixelsToTwips(kFarAway))
-        return present;
-    return TwipsToPixels(RoundToEven(*twips));
+    const int farAway = PixelsToTwips(1'000'000);
+    return TwipsToPixels(ReadWhole(ini, kSection, key, PixelsToTwips(present), -farAway, farAway));
 }
 
 QSize AllScreens()
