@@ -15,6 +15,7 @@ MainStatusBar::MainStatusBar(QStatusBar& bar)
     m_text->setTextFormat(Qt::PlainText);
     // A long text must not widen the window.
     m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_coordinates->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     // Wide enough for any place, so that nothing moves with the mouse.
     m_coordinates->setMinimumWidth(
         m_coordinates->fontMetrics().horizontalAdvance("x = -0000000, y = -0000000"));

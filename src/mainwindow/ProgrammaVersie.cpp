@@ -35,3 +35,8 @@ QString VersieText(const QString& caption)
 {
     return caption + " " + PROGRAM_VERSION + " november 2021";
 }
+
+QString MetVersie(const QString& naam, const QString& versie)
+{
+    return versie.startsWith(naam + " ") ? versie : naam + " " + versie;
+}

@@ -12,3 +12,6 @@ QString getProgrammaVersie(const QString& key, LogSink& box);
 
 /// "Versie 1.0 november 2021": caption, version of this program, build month.
 QString VersieText(const QString& caption);
+
+/// A version behind the name of its program, unless it begins with that name itself.
+QString MetVersie(const QString& naam, const QString& versie);

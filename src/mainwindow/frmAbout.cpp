@@ -21,7 +21,7 @@ frmAbout::frmAbout(QWidget* parent)
     m_ui->lblVersion->setText(VersieText(m_ui->lblVersion->text()));
     LogBox box(m_ui->rtfRekenProgrammaVersie);
     const QString core = getProgrammaVersie("Rekenprogramma.exe", box);
-    m_ui->lblRekenhart->setText(m_ui->lblRekenhart->text() + " " + core);
+    m_ui->lblRekenhart->setText(MetVersie(m_ui->lblRekenhart->text(), core));
 
     connect(m_ui->cmdOK, &QPushButton::clicked, this, [this] { CloseOK(); });
     for (const char* key : {"URLqlm", "URLNoorlo", "URLWaterkeren"}) {

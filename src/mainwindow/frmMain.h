@@ -160,5 +160,8 @@ private:
     BrowserPane* m_browser = nullptr;
     MainDatabase* m_database = nullptr;
     ShoreFile* m_shoreFile = nullptr;
+    // As of the last UpdateMenus: the file itself is closed while the core runs,
+    // and opened again by the next question to it.
+    bool m_databaseShown = false;
     bool m_isLoaded = false;
 };

@@ -97,8 +97,7 @@ bool frmMain::MayRun(const QString& menu) const
 {
     const Entry& entry = m_entries[menu];
     const bool needsDatabase = DatabaseMenus().contains(m_menuOf[menu]);
-    const bool isOpen = m_database && m_database->IsOpen();
-    return entry.handler && entry.allowed && (!needsDatabase || isOpen);
+    return entry.handler && entry.allowed && (!needsDatabase || m_databaseShown);
 }
 
 void frmMain::UpdateEntry(const QString& menu)
@@ -209,9 +208,9 @@ void frmMain::SetEnableButton(int command, bool enabled)
 
 void frmMain::UpdateMenus()
 {
-    const bool isOpen = m_database && m_database->IsOpen();
+    m_databaseShown = m_database && m_database->IsOpen();
     for (const QString& menu : DatabaseMenus())
-        findChild<QMenu*>(menu)->menuAction()->setEnabled(isOpen);
+        findChild<QMenu*>(menu)->menuAction()->setEnabled(m_databaseShown);
     const bool hasLocations = m_browser && m_browser->HasLocations();
     findChild<QAction*>("mnuBewerkenSep2")->setEnabled(hasLocations);
     m_entries["mnuBewerkenAddLocatie"].allowed = hasLocations;

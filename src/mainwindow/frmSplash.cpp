@@ -23,7 +23,8 @@ frmSplash::frmSplash()
     TranslateForm(*this, ini, gLanguage());
     m_ui->lblVersion->setText(VersieText(m_ui->lblVersion->text()));
     LogBox box(m_ui->rtfRekenProgrammaVersie);
-    m_ui->lblRekenhart->setText("Rekenhart " + getProgrammaVersie("Rekenprogramma.exe", box));
+    m_ui->lblRekenhart->setText(
+        MetVersie("Rekenhart", getProgrammaVersie("Rekenprogramma.exe", box)));
 }
 
 frmSplash::~frmSplash() = default;

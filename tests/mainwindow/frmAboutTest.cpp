@@ -1,4 +1,5 @@
 #include "mainwindow/frmAbout.h"
+#include "mainwindow/ProgrammaVersie.h"
 
 #include "BoxReader.h"
 #include "Installation.h"
@@ -107,6 +108,13 @@ TEST_F(frmAboutTest, EachLinkOpensItsAddress)
     EXPECT_EQ(links.asked,
               (QStringList{"https://zandvoet.example/", "https://zandvoet.example/ontwikkelaars",
                            "https://zandvoet.example/waterkeringen"}));
+}
+
+TEST(MetVersieTest, ACoreThatNamesItselfIsNotNamedTwice)
+{
+    EXPECT_EQ(MetVersie("Rekenhart", "2.5"), "Rekenhart 2.5");
+    EXPECT_EQ(MetVersie("Rekenhart", "Rekenhart (open) 2.5"), "Rekenhart (open) 2.5");
+    EXPECT_EQ(MetVersie("Rekenhart", "Rekenharten 2.5"), "Rekenhart Rekenharten 2.5");
 }
 
 } // namespace

@@ -439,4 +439,18 @@ TEST_F(frmMainTest, OneToolOfTheMapIsMarkedInTheMenu)
     EXPECT_EQ(m_window->GetChekedButton(), 2);
 }
 
+TEST_F(frmMainTest, CommandsStayOnBehindACalculationThatClosedTheFile)
+{
+    Load();
+    OpenDatabase();
+    m_window->setCommand("mnuBerekeningFolder", [] {});
+    m_database.isOpen = false; // the core has it; the next question opens it again
+    m_window->setCommandEnabled("mnuBerekeningFolder", false);
+    EXPECT_FALSE(Enabled("mnuBerekeningFolder"));
+    m_window->setCommandEnabled("mnuBerekeningFolder", true);
+    EXPECT_TRUE(Enabled("mnuBerekeningFolder"));
+    m_window->UpdateMenus();
+    EXPECT_FALSE(Enabled("mnuBerekeningFolder"));
+}
+
 } // namespace

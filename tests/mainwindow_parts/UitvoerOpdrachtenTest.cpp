@@ -57,4 +57,23 @@ TEST_F(UitvoerOpdrachtenTest, AMissingFileGivesMessage203AndNoWindow)
     EXPECT_EQ(messages.Texts().size(), 2);
 }
 
+TEST_F(UitvoerOpdrachtenTest, BehindACalculationEverythingCanBeDoneAgain)
+{
+    db.CloseDB(); // the core had the file
+    Click("ROOTLOCATIES\\Plas-01");
+    Click("ROOTLOCATIES\\Plas-01\\berekeningen\\som_Gras 1op3");
+    for (const char* menu : {"mnuBerekeningUitvoer", "mnuBerekeningFolder", "mnuBerekeningRename"})
+        EXPECT_TRUE(Enabled(menu)) << menu;
+    EXPECT_TRUE(window->ToolbarAction(9)->isEnabled());
+}
+
+TEST_F(UitvoerOpdrachtenTest, GivingUpTheOpenDialogBehindACalculationKeepsTheCommandsOn)
+{
+    db.CloseDB();
+    SetFileChooser([](QWidget*, const FileRequest&) { return QString(); });
+    window->MenuAction("mnuFileOpen")->trigger();
+    EXPECT_TRUE(MenuEnabled("mnuBerekening"));
+    EXPECT_TRUE(Enabled("mnuBerekeningFolder"));
+}
+
 } // namespace

@@ -101,6 +101,7 @@ void frmLog::ShowCaption()
              locale.formattedDataSize(m_reader->BytesRead(), 0, QLocale::DataSizeTraditionalFormat),
              locale.formattedDataSize(m_reader->Size(), 0, QLocale::DataSizeTraditionalFormat)});
     }
+    m_ui->lblBestand->setVisible(!caption.isEmpty());
     m_ui->lblBestand->setToolTip(caption);
     QLabel& label = *m_ui->lblBestand;
     const int room = label.contentsRect().width() - 2 * label.margin();

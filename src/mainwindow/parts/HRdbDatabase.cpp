@@ -36,17 +36,15 @@ QString HRdbDatabase::OpenErrDescription() const
 }
 
 /// `tryOut` gives the path of an accepted file; otherwise the present one is
-/// opened again.
+/// opened again, also when a calculation had it last.
 template <typename Try>
 QString HRdbDatabase::WithFreeFile(Try&& tryOut)
 {
-    const bool wasOpen = m_database.IsOpen();
     m_database.CloseDB();
     const std::unique_ptr<HRdb> accepted = tryOut();
     if (accepted)
         return accepted->fileName();
-    if (wasOpen)
-        m_database.reOpenDB(false);
+    m_database.reOpenDB(false);
     return {};
 }
 

@@ -89,12 +89,16 @@ std::vector<PlacedLabel> PlaceLabels(const std::vector<MapPoint>& points,
                                      const QSet<QString>& selected, double metresPerPixel,
                                      const MapLook& look)
 {
-    const double radius = look.symbolSize / 2.0;
+    const auto radiusOf = [&](const MapPoint& point) {
+        const bool isSelected = selected.contains(point.name.toLower());
+        return look.symbolSize / 2.0 + (isSelected ? look.selectionRim : 0);
+    };
     const auto centre = [&](const MapPoint& point) {
         return QPointF(point.x, -point.y) / metresPerPixel;
     };
     TakenRoom taken(4 * QFontMetricsF(look.labelFont).height());
     for (const MapPoint& point : points) {
+        const double radius = radiusOf(point);
         if (std::isfinite(point.x) && std::isfinite(point.y))
             taken.Take({centre(point) - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius)});
     }
@@ -110,7 +114,7 @@ std::vector<PlacedLabel> PlaceLabels(const std::vector<MapPoint>& points,
         if (!std::isfinite(point.x) || !std::isfinite(point.y))
             continue;
         const QPointF place = centre(point);
-        for (const QRectF& room : Candidates(place, radius, names[index].size())) {
+        for (const QRectF& room : Candidates(place, radiusOf(point), names[index].size())) {
             if (!taken.IsFree(room))
                 continue;
             taken.Take(room);

@@ -55,7 +55,7 @@ void DrawPoints(QPainter& painter, const QRectF& window, const MapTransform& tra
     for (const MapPoint& point : points) {
         const QPointF centre = transform.ToPixel(point.x, point.y);
         if (view.contains(centre) && selected.contains(point.name.toLower()))
-            DrawSymbol(painter, centre, radius + 4, look.selection, look.paper);
+            DrawSymbol(painter, centre, radius + look.selectionRim, look.selection, look.paper);
     }
     for (const MapPoint& point : points) {
         const QPointF centre = transform.ToPixel(point.x, point.y);

@@ -31,7 +31,8 @@ struct PlacedLabel {
 
 /// How the locations look.
 struct MapLook {
-    int symbolSize = 8; ///< diameter, pixels
+    int symbolSize = 8;   ///< diameter, pixels
+    int selectionRim = 4; ///< of a selected point, around its symbol
     QFont labelFont;
     QColor labelColour = Qt::black;
     QColor selection{255, 255, 0};
