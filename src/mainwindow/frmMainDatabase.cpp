@@ -140,7 +140,8 @@ void frmMain::ShowRecentDatabases()
     int number = 0;
     for (const QString& path : LoadRecentDatabases(gIniFile())) {
         QString name = QFileInfo(path).completeBaseName();
-        auto* action = new QAction(QString("&%1 %2").arg(++number).arg(name.replace('&', "&&")));
+        auto* action = new QAction(QString("&%1 %2").arg(++number).arg(name.replace('&', "&&")),
+                                   m_ui->mnuFile);
         action->setToolTip(path);
         m_ui->mnuFile->insertAction(before, action);
         m_recentActions.append(action);

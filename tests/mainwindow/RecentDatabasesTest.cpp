@@ -3,6 +3,7 @@
 
 #include <QDropEvent>
 #include <QMimeData>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QUrl>
 #include <gtest/gtest.h>
@@ -92,6 +93,15 @@ TEST_F(RecentDatabasesTest, OpeningADatabasePutsItInTheFileMenu)
     EXPECT_EQ(recent[0]->text(), "&1 a&&b");
     EXPECT_EQ(recent[1]->text(), "&2 een");
     EXPECT_EQ(Recent().size(), 2); // shown once more: not doubled
+}
+
+TEST_F(RecentDatabasesTest, TheEntriesGoWithTheWindow)
+{
+    Add("een");
+    Load();
+    const QPointer<QAction> entry = Recent().at(0);
+    m_window.reset();
+    EXPECT_TRUE(entry.isNull());
 }
 
 TEST_F(RecentDatabasesTest, ADatabaseFromTheMenuIsCheckedAndReplacesTheOpenOne)
