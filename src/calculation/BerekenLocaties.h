@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -79,20 +80,23 @@ struct BatchDeelnemers {
 
 /// How a batch ended.
 struct BatchVerloop {
-    int gedaan = 0;  ///< runs that came to an end, whatever their exit code
-    int gepland = 0; ///< pairs that were to run after the questions
+    int gedaan = 0;   ///< runs that came to an end, whatever their exit code
+    QStringList niet; ///< what was to run after the questions and did not: "Plas-04: ontwerp_p1"
     bool afgebroken = false;
+
+    int Gepland() const { return gedaan + static_cast<int>(niet.size()); }
 };
 
-/// Runs a batch. Raises error 26 when a folder's path is too long (before any
-/// run), 700 and 701 when the core does not start; `verloop` is true up to there.
+/// Runs a batch. Raises error 26 when a folder's path is too long (before anything is
+/// touched), 700 and 701 when the core does not start, RuntimeFout::FileAccess when the
+/// disk is full; `verloop` is true up to there.
 void BerekenLocaties(const BatchDeelnemers& deelnemers, const Batch& batch, BatchVerloop& verloop);
 
 /// What is to be done with a pair whose folder was prepared.
 enum class MapAntwoord { Stoppen = 2, Doorgaan = 6, Overslaan = 7 };
 
-/// Makes the folders above a calculation folder, composes its path in `map`,
-/// and empties it when it exists and the user agrees (question 20). Error 26
-/// for a path of more than 240 characters; message 205 when a file stays.
+/// Makes the folders above a calculation folder, composes its path in `map` (as it is
+/// spelled on the disk), and empties it when it exists and the user agrees (question 20).
+/// Error 26 for a path of more than 240 characters; message 205 when a file stays.
 MapAntwoord MaakBerekeningMap(const QString& mapnaam, const QString& locatie,
                               const QString& werkmap, QString& map);

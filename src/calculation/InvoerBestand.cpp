@@ -2,6 +2,7 @@
 
 #include "calculation/Rekeninstellingen.h"
 #include "database/HRdb.h"
+#include "database/Transactie.h"
 #include "frame/Convert.h"
 #include "frame/FileSystemObject.h"
 #include "frame/Fouten.h"
@@ -205,16 +206,38 @@ private:
 
     void Registreer()
     {
+        // One change for all rows, as each change by itself waits for the disk. Rows made
+        // before a failure stay.
+        Transactie transactie = m_database.BeginTransactie();
+        int id = kNietBekend;
+        try {
+            id = MaakBerekening();
+            MaakResultaten(id);
+        } catch (...) {
+            transactie.Commit();
+            throw;
+        }
+        transactie.Commit();
+        m_uit.Kop(kKopBerekening);
+        m_uit.Regel("BEREKENING_ID", QString::number(id), kKaal);
+    }
+
+    int MaakBerekening()
+    {
         // In the database a calculation without profile has ProfielId 0, which is
         // how it is found back; the file says -999.
         const int profielId = m_profiel.isEmpty() ? 0 : m_profielId;
         // One calculation serves all locations of a batch that have the same
         // profile: the first of them registers it.
-        int id = m_database.FindBerekening(m_berekening.berekening, profielId, m_omschrijving,
-                                           m_overslagdebiet);
-        if (id == kNietBekend)
-            id = m_database.AddBerekening(m_berekening.berekening, profielId, m_omschrijving,
-                                          m_overslagdebiet);
+        const int id = m_database.FindBerekening(m_berekening.berekening, profielId, m_omschrijving,
+                                                 m_overslagdebiet);
+        return id != kNietBekend ? id
+                                 : m_database.AddBerekening(m_berekening.berekening, profielId,
+                                                            m_omschrijving, m_overslagdebiet);
+    }
+
+    void MaakResultaten(int id)
+    {
         // A period that is asked for twice (the norm's among the extra ones) has one row.
         QList<double> gehad;
         for (const double herhalingstijd : std::as_const(m_herhalingstijden)) {
@@ -223,8 +246,6 @@ private:
             gehad << herhalingstijd;
             m_database.AddNewResultaatRecord(id, m_locatie, herhalingstijd);
         }
-        m_uit.Kop(kKopBerekening);
-        m_uit.Regel("BEREKENING_ID", QString::number(id), kKaal);
     }
 
     void Extra()

@@ -38,7 +38,9 @@ RunResult Rekenrun::Start(RunForm* form, const QString& map, LogSink& box, const
 
     m_database.CloseDB();
     const RunResult resultaat = m_runner.Execute(form, aanroep, map, &box, &log);
-    log.close();
+    log.close(); // what was still in its buffer may fail only now
+    if (log.error() != QFileDevice::NoError)
+        box.Append("\r\nHet logbestand is niet volledig: " + log.errorString() + "\r\n");
     MaakAllesAlleenLezen(map);
     RemoveDataSource("Zandvoet Randvoorwaarden");
     return resultaat;

@@ -2,6 +2,8 @@
 #include "calculation/Rekenrun.h"
 
 #include "DatabaseFixture.h"
+#include "LockedFolder.h"
+#include "SmallDisk.h"
 
 #include "frame/Globals.h"
 #include "frame/Paths.h"
@@ -99,12 +101,16 @@ protected:
         Verloop m_verloop;
     };
 
-    BatchVerloop Bereken()
+    void Bereken(BatchVerloop& verloop)
     {
-        BatchVerloop verloop;
         BerekenLocaties(
             {db, status, browser, boom, log, [this] { return std::make_unique<FakeJob>(*this); }},
             batch, verloop);
+    }
+    BatchVerloop Bereken()
+    {
+        BatchVerloop verloop;
+        Bereken(verloop);
         return verloop;
     }
 
@@ -127,7 +133,7 @@ TEST_F(BerekenLocatiesTest, RunsEveryPairAndPutsItInTheTree)
 {
     const auto verloop = Bereken();
     EXPECT_EQ(verloop.gedaan, 3);
-    EXPECT_EQ(verloop.gepland, 3);
+    EXPECT_EQ(verloop.Gepland(), 3);
     EXPECT_FALSE(verloop.afgebroken);
     EXPECT_EQ(gestart,
               (QList<QStringList>{{"ontwerp", Map("Plas-01", "ontwerp_Gras 1op3"), "Plas-01"},
@@ -222,7 +228,7 @@ TEST_F(BerekenLocatiesTest, ANoLeavesThatPairOut)
     MaakMap(Map("Plas-02", "ontwerp_Voorland 1op4"));
     boxes.answers = {Answer::No};
     const auto verloop = Bereken();
-    EXPECT_EQ(verloop.gepland, 2);
+    EXPECT_EQ(verloop.Gepland(), 2);
     EXPECT_EQ(gestart.size(), 2);
     EXPECT_EQ(gestart[1][2], "Plas-03");
 }
@@ -234,12 +240,93 @@ TEST_F(BerekenLocatiesTest, APathOfMoreThan240CharactersEndsTheBatchBeforeAnyRun
     EXPECT_TRUE(gestart.isEmpty());
 }
 
+TEST_F(BerekenLocatiesTest, APathThatIsTooLongCostsNoOtherCalculation)
+{
+    const QString bestaand = Map("Plas-01", "ontwerp_Gras 1op3");
+    MaakMap(bestaand);
+    QFile resultaat(bestaand + "/uitvoer.txt");
+    ASSERT_TRUE(resultaat.open(QIODevice::WriteOnly));
+    batch.paren[2].profiel = QString(241, 'p');
+    boxes.answers = {Answer::Yes};
+    EXPECT_EQ(FoutVan([this] { Bereken(); }), 26);
+    EXPECT_TRUE(boxes.questions.isEmpty()) << "there was no need to ask";
+    EXPECT_TRUE(resultaat.exists());
+    EXPECT_FALSE(QDir(Map("Plas-02", "ontwerp_Voorland 1op4")).exists());
+}
+
+TEST_F(BerekenLocatiesTest, APathOf240CharactersIsRun)
+{
+    const qsizetype vast = Map("Plas-01", "").size();
+    batch.paren = {{"Plas-01", ""}};
+    batch.naam = QString(240 - vast, 'x');
+    EXPECT_EQ(Bereken().gedaan, 1);
+    batch.naam += 'x';
+    EXPECT_EQ(FoutVan([this] { Bereken(); }), 26);
+}
+
+TEST_F(BerekenLocatiesTest, PairsThatNeverRanLeaveNoFolder)
+{
+    script = {{0, false}, {999, true}};
+    bijToon = [this] {
+        EXPECT_FALSE(QDir(Map("Plas-03", "ontwerp_Berm 1op3")).exists())
+            << "also when the program is killed now";
+    };
+    Bereken();
+    EXPECT_FALSE(QDir(Map("Plas-03", "ontwerp_Berm 1op3")).exists());
+}
+
+TEST_F(BerekenLocatiesTest, FoldersInAnotherCaseAreUsedAsTheyAre)
+{
+    MaakMap(Pad("boezem/plas-01/berekeningen"));
+    batch.paren = {{"Plas-01", ""}};
+    Bereken();
+    const QString map = Pad("boezem/plas-01/berekeningen/ontwerp");
+    ASSERT_EQ(gestart.size(), 1);
+    EXPECT_EQ(gestart[0][1], map);
+    QFile invoer(map + "/invoer.txt");
+    ASSERT_TRUE(invoer.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(invoer.readAll().contains("'" + map.toLocal8Bit() + "'"))
+        << "the core finds it under its exact name only";
+}
+
+TEST_F(BerekenLocatiesTest, AFileThatStaysLeavesItsPairOut)
+{
+    const QString map = Map("Plas-02", "ontwerp_Voorland 1op4");
+    MaakMap(map);
+    QFile oud(map + "/uitvoer.txt");
+    ASSERT_TRUE(oud.open(QIODevice::WriteOnly));
+    const LockedFolder vast(map.toStdString());
+    if (!vast.Locked())
+        GTEST_SKIP() << "no folder can be locked here";
+    boxes.answers = {Answer::Yes};
+    const auto verloop = Bereken();
+    ASSERT_EQ(boxes.messages.size(), 1);
+    EXPECT_EQ(boxes.messages[0].number, 205);
+    EXPECT_EQ(boxes.messages[0].arguments, QStringList{map});
+    EXPECT_EQ(verloop.Gepland(), 2);
+    EXPECT_EQ(gestart.size(), 2);
+    EXPECT_TRUE(browser.verwijderd.isEmpty());
+}
+
+TEST_F(BerekenLocatiesTest, AWorkFolderThatVanishedIsMadeAgain)
+{
+    bijToon = [this] {
+        if (gestart.size() == 1)
+            QDir(Pad("boezem")).removeRecursively();
+    };
+    EXPECT_EQ(Bereken().gedaan, 3);
+    EXPECT_EQ(invoerAanwezig, (QList<bool>{true, true, true}));
+}
+
 TEST_F(BerekenLocatiesTest, APairWhoseInputCannotBeWrittenIsPassedOver)
 {
     batch.paren.insert(1, {"bestaat niet", "Gras 1op3"});
     const auto verloop = Bereken();
-    EXPECT_EQ(verloop.gepland, 4);
+    EXPECT_EQ(verloop.Gepland(), 4);
     EXPECT_EQ(verloop.gedaan, 3);
+    EXPECT_EQ(verloop.niet, QStringList{"bestaat niet: ontwerp_gras 1op3"});
+    EXPECT_EQ(voortgang, (QList<std::pair<int, int>>{{1, 4}, {2, 3}, {3, 3}}))
+        << "it is not waited for";
     EXPECT_EQ(boxes.reported.size(), 1);
     EXPECT_FALSE(log.text.contains("bestaat niet")) << "no result line";
 }
@@ -258,14 +345,48 @@ TEST_F(BerekenLocatiesTest, AnErrorOnTheWayTellsHowFarItCame)
             RaiseFout(701, {"rekenprogramma"});
     };
     BatchVerloop verloop;
-    EXPECT_EQ(FoutVan([&] {
-                  BerekenLocaties({db, status, browser, boom, log,
-                                   [this] { return std::make_unique<FakeJob>(*this); }},
-                                  batch, verloop);
-              }),
-              701);
+    EXPECT_EQ(FoutVan([&] { Bereken(verloop); }), 701);
     EXPECT_EQ(verloop.gedaan, 1);
-    EXPECT_EQ(verloop.gepland, 3);
+    EXPECT_EQ(verloop.niet,
+              (QStringList{"Plas-02: ontwerp_voorland 1op4", "Plas-03: ontwerp_berm 1op3"}));
+}
+
+TEST_F(BerekenLocatiesTest, AFullDiskEndsTheBatchAndTellsWhatIsLeft)
+{
+    // The database stands on the small disk, and its work folder beside it.
+    const SmallDisk disk(folder / "schijf", 8 * 1024);
+    if (!disk.Mounted())
+        GTEST_SKIP() << "no disk can be mounted here";
+    db.CloseDB();
+    std::filesystem::copy_file(folder / "boezem.mdb", folder / "schijf/boezem.mdb");
+    ASSERT_EQ(db.OpenDB(Pad("schijf/boezem.mdb"), false, false), OpenResult::Accepted);
+    bijToon = [this, &disk] {
+        if (gestart.size() == 2)
+            disk.FillUpTo(0);
+    };
+    BatchVerloop verloop;
+    QString omschrijving;
+    try {
+        Bereken(verloop);
+        FAIL() << "no error";
+    } catch (const Fout& fout) {
+        omschrijving = fout.Description();
+    }
+    EXPECT_TRUE(omschrijving.startsWith("De schijf is vol.")) << omschrijving.toStdString();
+    EXPECT_EQ(verloop.gedaan, 2);
+    EXPECT_EQ(verloop.niet, QStringList{"Plas-03: ontwerp_berm 1op3"});
+    EXPECT_TRUE(boxes.reported.isEmpty()) << "not an error for every pair to come";
+    EXPECT_EQ(boom.bijLocatie.size(), 2);
+    db.CloseDB();
+    disk.Free();
+    ExpectSound(db.fileName());
+
+    // With space again the rest can be done.
+    bijToon = nullptr;
+    batch.paren = {batch.paren[2]};
+    EXPECT_EQ(Bereken().gedaan, 1);
+    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"3"}}));
+    db.CloseDB();
 }
 
 TEST_F(BerekenLocatiesTest, AThousandPairsTakeOneAfterTheOther)

@@ -2,6 +2,7 @@
 #include "calculation/Rekeninstellingen.h"
 
 #include "DatabaseFixture.h"
+#include "SmallDisk.h"
 
 #include "frame/Globals.h"
 #include "frame/Paths.h"
@@ -313,6 +314,38 @@ TEST_F(InvoerBestandTest, TheSameLocationTwiceIsReportedAndTheRowsStayAsTheyWere
     EXPECT_FALSE(Schrijf()) << "its result rows are there";
     EXPECT_EQ(boxes.reported.size(), 1);
     EXPECT_EQ(Resultaten().size(), 1U);
+}
+
+TEST_F(InvoerBestandTest, AFullDiskIsReportedAndTheRowsStay)
+{
+    // Writing to this device fails as on a full disk, but only once the buffer goes there.
+    ASSERT_TRUE(QFile::link("/dev/full", Pad("map/invoer.txt")));
+    EXPECT_FALSE(Schrijf());
+    EXPECT_EQ(boxes.reported.size(), 1);
+    EXPECT_EQ(Resultaten().size(), 1U) << "made before; " << boxes.reported[0].toStdString();
+    EXPECT_FALSE(
+        SchrijfDijkringInvoerBestand(db, {.dijkring = "Ring Oost", .map = Pad("map"), .memo = {}}));
+    EXPECT_EQ(boxes.reported.size(), 2);
+}
+
+TEST_F(InvoerBestandTest, ADiskThatIsFullForTheDatabaseChangesNothing)
+{
+    const SmallDisk disk(folder / "schijf", 2 * 1024);
+    if (!disk.Mounted())
+        GTEST_SKIP() << "no disk can be mounted here";
+    db.CloseDB();
+    const QString kopie = Pad("schijf/boezem.mdb");
+    std::filesystem::copy_file(bestand.toStdString(), kopie.toStdString());
+    db.OpenDB(kopie, false, false);
+    disk.FillUpTo(0);
+    EXPECT_FALSE(Schrijf());
+    EXPECT_EQ(boxes.reported.size(), 1);
+    db.CloseDB();
+    disk.Free();
+    ExpectSound(kopie);
+    EXPECT_TRUE(Resultaten().empty());
+    EXPECT_FALSE(db.BerekeningExists("ontwerp"));
+    db.CloseDB();
 }
 
 // --- dike rings ---

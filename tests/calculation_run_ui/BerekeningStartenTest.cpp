@@ -148,7 +148,7 @@ TEST_F(BerekeningStartenTest, NoAtTheSecondPairLeavesThatOneOut)
     const auto uitkomst = Start();
     EXPECT_EQ(boxes.Texts(), (QStringList{QuestionText(20, {bestaand, "Plas-02"})}));
     EXPECT_EQ(uitkomst.lijst, "Plas-01: ontwerp OK\r\nPlas-03: ontwerp OK\r\n");
-    EXPECT_EQ(uitkomst.verloop.gepland, 2);
+    EXPECT_EQ(uitkomst.verloop.Gepland(), 2);
     EXPECT_TRUE(oud.exists());
     EXPECT_FALSE(InBoom("Plas-02"));
 }
@@ -172,7 +172,8 @@ TEST_F(BerekeningStartenTest, AnAbortDuringTheSecondKeepsTheFirst)
     EXPECT_EQ(boxes.Texts(), (QStringList{QuestionText(5001)}));
     EXPECT_TRUE(uitkomst.verloop.afgebroken);
     EXPECT_EQ(uitkomst.lijst, "Plas-01: ontwerp OK\r\n");
-    EXPECT_EQ(samenvatting, "Afgebroken: 1 van 3 berekeningen uitgevoerd; 2 niet.");
+    EXPECT_EQ(samenvatting, "Afgebroken: 1 van 3 berekeningen uitgevoerd.\nNiet uitgevoerd: "
+                            "Plas-02: ontwerp, Plas-03: ontwerp.");
     EXPECT_EQ(forms.Met("frmBatchjob"), 2);
     EXPECT_TRUE(QFile::exists(Map("Plas-01", "ontwerp") + "/uitvoer.log"));
     EXPECT_TRUE(InBoom("Plas-01"));
@@ -194,7 +195,9 @@ TEST_F(BerekeningStartenTest, ACoreThatVanishesEndsTheBatchAndTheListTellsWhatIs
     EXPECT_TRUE(uitkomst.mislukt);
     EXPECT_EQ(uitkomst.verloop.gedaan, 1);
     EXPECT_EQ(uitkomst.lijst, "Plas-01: ontwerp OK\r\n");
-    EXPECT_EQ(samenvatting, "Gestopt door een fout: 1 van 3 berekeningen uitgevoerd; 2 niet.");
+    EXPECT_EQ(samenvatting,
+              "Gestopt door een fout: 1 van 3 berekeningen uitgevoerd.\nNiet uitgevoerd: "
+              "Plas-02: ontwerp, Plas-03: ontwerp.");
     EXPECT_EQ(gemeld, 1);
 }
 

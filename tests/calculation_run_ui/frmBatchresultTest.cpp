@@ -73,13 +73,30 @@ TEST_F(frmBatchresultTest, ADoubleClickTellsTheCalculationAndKeepsTheListOpen)
 
 TEST_F(frmBatchresultTest, OneSentenceTellsWhatBecameOfTheBatch)
 {
-    EXPECT_EQ(Samenvatting({2, 2, false}),
+    EXPECT_EQ(Samenvatting({2, {}, false}),
               "2 van 2 berekeningen uitgevoerd, waarvan 1 met een fout.");
-    EXPECT_EQ(Samenvatting({2, 5, true}), "Afgebroken: 2 van 5 berekeningen uitgevoerd; 3 niet.");
-    EXPECT_EQ(Samenvatting({2, 5, false}, true),
-              "Gestopt door een fout: 2 van 5 berekeningen uitgevoerd; 3 niet.");
+    EXPECT_EQ(Samenvatting({2, {"Plas-03: ontwerp", "Plas-04: ontwerp"}, true}),
+              "Afgebroken: 2 van 4 berekeningen uitgevoerd, waarvan 1 met een fout.\n"
+              "Niet uitgevoerd: Plas-03: ontwerp, Plas-04: ontwerp.");
     form.txtLog().SetText("Plas-01: ontwerp OK\r\n");
-    EXPECT_EQ(Samenvatting({1, 1, false}), "1 van 1 berekeningen uitgevoerd.");
+    EXPECT_EQ(Samenvatting({1, {}, false}), "1 van 1 berekeningen uitgevoerd.");
+    EXPECT_EQ(Samenvatting({1, {"Plas-02: ontwerp"}, false}, true),
+              "Gestopt door een fout: 1 van 2 berekeningen uitgevoerd.\n"
+              "Niet uitgevoerd: Plas-02: ontwerp.");
+    EXPECT_EQ(Samenvatting({1, {"Plas-02: ontwerp"}, false}),
+              "1 van 2 berekeningen uitgevoerd.\nNiet uitgevoerd: Plas-02: ontwerp.")
+        << "a pair whose input could not be written";
+}
+
+TEST_F(frmBatchresultTest, OfManyThatDidNotRunTheFirstAreNamed)
+{
+    QStringList niet;
+    for (int i = 1; i <= 999; ++i)
+        niet << "L" + QString::number(i);
+    form.txtLog().SetText("");
+    EXPECT_EQ(Samenvatting({0, niet, true}),
+              "Afgebroken: 0 van 999 berekeningen uitgevoerd.\nNiet uitgevoerd: "
+              "L1, L2, L3, L4, L5, L6, L7, L8, L9, L10 en nog 989.");
 }
 
 TEST_F(frmBatchresultTest, OkAndEscapeClose)

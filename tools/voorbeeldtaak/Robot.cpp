@@ -1,17 +1,21 @@
 #include "Robot.h"
 
+#include "calculation/ui/run/frmBerekeningStart.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QTest>
 #include <QTimer>
 
 namespace {
 
-constexpr int kInterval = 20;     // ms between looks
-constexpr int kRunForPicture = 5; // looks at a run before its picture is taken
+constexpr int kInterval = 20; // ms between looks
 
 void Press(const QWidget* form, const char* button)
 {
@@ -29,9 +33,13 @@ Robot::Robot(const QString& folder) : m_folder(folder)
 
 void Robot::Keep(QWidget* widget, const QString& picture)
 {
+    // What changed just now gets its place first, as it does before a user sees it.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     const QString path = QDir(m_folder).filePath(picture);
     if (widget->grab().save(path))
         m_pictures << path;
+    else
+        m_faults << "Het beeld kan niet worden bewaard: " + path;
 }
 
 void Robot::Look()
@@ -77,10 +85,12 @@ void Robot::Start(QWidget* form)
         naam && naam->text().isEmpty())
         QTest::keyClicks(naam, m_naam);
     Press(form, "cmdSelectAll");
+    if (const auto* start = qobject_cast<frmBerekeningStart*>(form))
+        m_selected = start->NSelected();
     Keep(form, "start.png");
     const auto* ok = form->findChild<QAbstractButton*>("cmdOK");
     if (!ok || !ok->isEnabled()) {
-        m_boxes << "De berekening kan niet worden gestart.";
+        m_faults << "De berekening kan niet worden gestart.";
         Press(form, "cmdCancel");
         return;
     }
@@ -89,12 +99,25 @@ void Robot::Start(QWidget* form)
 
 void Robot::Run(QWidget* form)
 {
-    if (m_seen["frmBatchjob"] == kRunForPicture)
-        Keep(form, "rekenen.png");
+    // Half-way there is most to see: something done, something left, a log.
+    const auto* log = form->findChild<QPlainTextEdit*>("rtfLog");
+    const auto* progress = form->findChild<QProgressBar*>("prgBatch");
+    if (m_runKept || !log || !progress)
+        return;
+    const bool halfway = 2 * progress->value() >= progress->maximum();
+    const bool first = m_seen["frmBatchjob"] == 1;
+    if (!first && (!halfway || log->document()->isEmpty()))
+        return;
+    Keep(form, "rekenen.png");
+    m_runKept = !first;
 }
 
 void Robot::Result(QWidget* form)
 {
+    if (const auto* list = form->findChild<QPlainTextEdit*>("txtLog"))
+        m_resultList = list->toPlainText();
+    if (const auto* summary = form->findChild<QLabel*>("lblSamenvatting"))
+        m_summary = summary->text();
     Keep(form, "resultaat.png");
     Press(form, "cmdOK");
 }
@@ -102,7 +125,7 @@ void Robot::Result(QWidget* form)
 void Robot::Box(QWidget* form)
 {
     const auto* box = qobject_cast<QMessageBox*>(form);
-    m_boxes << (box ? box->text() : form->windowTitle());
+    m_faults << (box ? box->text() : form->windowTitle());
     Keep(form, "melding.png");
     form->close();
 }

@@ -17,9 +17,14 @@ public:
 
     /// The name that is typed for the calculation.
     void setBerekening(const QString& naam) { m_naam = naam; }
-    /// Texts of boxes that came unasked: the job went wrong.
-    const QStringList& Boxes() const { return m_boxes; }
+    /// What went wrong: the texts of boxes that came unasked, pictures that could not be kept.
+    const QStringList& Faults() const { return m_faults; }
     const QStringList& Pictures() const { return m_pictures; }
+    /// Rows chosen in the start dialog.
+    int Selected() const { return m_selected; }
+    /// The lines of the result list, and what stands above them.
+    const QString& ResultList() const { return m_resultList; }
+    const QString& Summary() const { return m_summary; }
 
     void Keep(QWidget* widget, const QString& picture);
 
@@ -33,7 +38,10 @@ private:
 
     QString m_folder;
     QString m_naam;
-    QStringList m_boxes, m_pictures;
+    QStringList m_faults, m_pictures;
+    QString m_resultList, m_summary;
     QMap<QString, int> m_seen; ///< how often a kind of form was met
+    int m_selected = 0;
     bool m_settingsDone = false;
+    bool m_runKept = false; ///< the picture of a run shows one half-way
 };

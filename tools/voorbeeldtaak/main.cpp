@@ -4,6 +4,7 @@
 
 #include "Robot.h"
 
+#include "calculation/BatchVoortgang.h"
 #include "database/HRdb.h"
 #include "frame/Convert.h"
 #include "frame/FileSystemObject.h"
@@ -23,6 +24,9 @@
 #include <QTest>
 #include <QTextStream>
 #include <QTreeWidget>
+
+#include <algorithm>
+#include <stdexcept>
 
 namespace {
 
@@ -50,6 +54,23 @@ public:
 private:
     QString m_pad;
     QByteArray m_inhoud;
+};
+
+/// The program's global objects, which go while the application still stands, also when
+/// the job ends in an error.
+struct Globalen {
+    Globalen() = default;
+    ~Globalen()
+    {
+        gMainForm.Release();
+        gSingleObject.Release();
+        gMapSelection.Release();
+        gPaneSizes.Release();
+        gIniFile.Release();
+        gHRdb.Release();
+    }
+    Globalen(const Globalen&) = delete;
+    Globalen& operator=(const Globalen&) = delete;
 };
 
 /// A copy of the example database in a folder of its own, so that the job can be repeated.
@@ -121,20 +142,38 @@ int SchrijfTabel(HRdb& database, const QString& csv)
     return bekend;
 }
 
-/// Input, report and frequency line of one run, where a reader finds them.
-void BewaarBestanden(HRdb& database, const QString& uitvoer)
+QString Bewaard(const QString& uitvoer, const QString& naam)
 {
+    return uitvoer + "/" + kLocatie + "-" + naam;
+}
+
+/// Input, report and frequency line of one run, where a reader finds them; whether they
+/// are there.
+bool BewaarBestanden(HRdb& database, const QString& uitvoer)
+{
+    const QStringList bestanden{"invoer.txt", "uitvoer.txt", "freqlijn.txt"};
     const QString berekeningen =
         gFso().BuildPath(gFso().BuildPath(database.WerkMap(), kLocatie), "Berekeningen");
     for (const QString& map : gFso().SubFolders(berekeningen))
-        for (const char* naam : {"invoer.txt", "uitvoer.txt", "freqlijn.txt"}) {
-            const QString doel = uitvoer + "/" + kLocatie + "-" + naam;
+        for (const QString& naam : bestanden) {
+            const QString doel = Bewaard(uitvoer, naam);
             const QString bron = gFso().BuildPath(gFso().BuildPath(berekeningen, map), naam);
             if (gFso().FileExists(bron) && !gFso().FileExists(doel)) {
                 gFso().CopyFile(bron, doel);
                 SetReadOnly(doel, false);
             }
         }
+    return std::all_of(bestanden.begin(), bestanden.end(), [&](const QString& naam) {
+        return gFso().FileExists(Bewaard(uitvoer, naam));
+    });
+}
+
+/// Every pair that was chosen ran well.
+bool AllesGelukt(const Robot& robot)
+{
+    const QStringList regels = robot.ResultList().split('\n', Qt::SkipEmptyParts);
+    return robot.Selected() > 0 && regels.size() == robot.Selected() &&
+           AantalMislukt(robot.ResultList()) == 0;
 }
 
 int VoerUit(const QString& installatie, const QString& uitvoer)
@@ -144,10 +183,12 @@ int VoerUit(const QString& installatie, const QString& uitvoer)
     SetProgramFolder(installatie);
     const Teruggezet programmaIni(installatie + "/Zandvoet.ini");
     const Teruggezet instellingenIni(installatie + "/data/Instellingen.ini");
-    QDir().mkpath(uitvoer);
+    if (!QDir().mkpath(uitvoer))
+        throw std::runtime_error("de map kan niet worden gemaakt: " + uitvoer.toStdString());
     for (const QString& oud : QDir(uitvoer).entryList(QDir::Files))
         QFile::remove(uitvoer + "/" + oud);
 
+    const Globalen globalen;
     gPaneSizes.SetFactory([] { return std::make_shared<PaneSizes>(); });
     gSingleObject.SetFactory([] { return std::make_shared<SingleObject>(); });
     gIniFile.Set(std::make_shared<QLMIniFile>());
@@ -174,21 +215,21 @@ int VoerUit(const QString& installatie, const QString& uitvoer)
         bekend = SchrijfTabel(gHRdb(), uitvoer + "/hbn.csv");
     QCoreApplication::processEvents();
     robot.Keep(&window, "hoofdscherm.png");
-    BewaarBestanden(gHRdb(), uitvoer);
+    const bool bestanden = gestart && BewaarBestanden(gHRdb(), uitvoer);
 
-    for (const QString& box : robot.Boxes())
-        scherm << "Melding: " << box << '\n';
+    for (const QString& fault : robot.Faults())
+        scherm << "Melding: " << fault << '\n';
+    for (const QString& regel : robot.ResultList().split('\n', Qt::SkipEmptyParts))
+        if (const auto gelezen = LeesResultaatregel(regel); gelezen && !gelezen->gelukt)
+            scherm << regel << '\n';
+    if (gestart && !bestanden)
+        scherm << "De bestanden van " << kLocatie << " zijn niet compleet.\n";
     scherm << '\n'
+           << robot.Summary() << '\n'
            << bekend << " hydraulische belastingniveaus berekend.\n"
            << "Beelden, bestanden en hbn.csv staan in " << QDir(uitvoer).absolutePath() << '\n';
-    const bool goed = gestart && bekend > 0 && robot.Boxes().isEmpty();
+    const bool goed = AllesGelukt(robot) && bekend > 0 && bestanden && robot.Faults().isEmpty();
     window.CloseRandvoorwaarden();
-    gMainForm.Release();
-    gSingleObject.Release();
-    gMapSelection.Release();
-    gPaneSizes.Release();
-    gIniFile.Release();
-    gHRdb.Release();
     return goed ? 0 : 1;
 }
 

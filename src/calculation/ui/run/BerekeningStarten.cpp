@@ -59,7 +59,7 @@ BerekeningStarten::Uitkomst BerekeningStarten::Start()
     try {
         BerekenLocaties(deelnemers, batch, uitkomst.verloop);
     } catch (const std::exception& fout) {
-        if (uitkomst.verloop.gepland == 0) {
+        if (uitkomst.verloop.Gepland() == 0) {
             m_omgeving.hoofdscherm.ClearStatusBarText();
             throw; // nothing was run: there is no list to show
         }

@@ -10,6 +10,13 @@
 #include <QMouseEvent>
 #include <QTextBlock>
 
+namespace {
+
+/// Of what did not run, so many are named.
+constexpr qsizetype kMaximumGenoemd = 10;
+
+} // namespace
+
 frmBatchresult::frmBatchresult(QWidget* parent)
     : IniDialog("Batchresult.ini", parent),
       m_ui(std::make_unique<Ui::frmBatchresult>()),
@@ -29,17 +36,28 @@ frmBatchresult::~frmBatchresult() = default;
 
 void frmBatchresult::ToonVerloop(const BatchVerloop& verloop, bool mislukt)
 {
+    const auto tekst = [this](const char* key, const QStringList& waarden) {
+        QString gelezen = iniFile().GetString("Teksten" + gLanguage(), key, "%1 %2 %3");
+        FillPlaceholders(gelezen, waarden);
+        return gelezen;
+    };
     const int fouten = AantalMislukt(m_log.Text());
-    const char* key = mislukt              ? "gestopt"
-                      : verloop.afgebroken ? "afgebroken"
-                      : fouten > 0         ? "klaar.fout"
-                                           : "klaar";
-    const bool voortijdig = mislukt || verloop.afgebroken;
-    QString tekst = iniFile().GetString("Teksten" + gLanguage(), key, "%1/%2 %3");
-    FillPlaceholders(tekst,
-                     {QString::number(verloop.gedaan), QString::number(verloop.gepland),
-                      QString::number(voortijdig ? verloop.gepland - verloop.gedaan : fouten)});
-    m_ui->lblSamenvatting->setText(tekst);
+    QString zin = tekst(fouten > 0 ? "uitgevoerd.fout" : "uitgevoerd",
+                        {QString::number(verloop.gedaan), QString::number(verloop.Gepland()),
+                         QString::number(fouten)});
+    if (mislukt || verloop.afgebroken)
+        zin = tekst(mislukt ? "gestopt" : "afgebroken", {zin});
+    zin += '.';
+    if (!verloop.niet.isEmpty()) {
+        const auto meer = verloop.niet.size() - kMaximumGenoemd;
+        const QString namen =
+            verloop.niet.first(qMin<qsizetype>(verloop.niet.size(), kMaximumGenoemd)).join(", ");
+        zin += '\n' +
+               (meer > 0 ? tekst("niet.meer", {namen, QString::number(meer)})
+                         : tekst("niet", {namen})) +
+               '.';
+    }
+    m_ui->lblSamenvatting->setText(zin);
 }
 
 void frmBatchresult::cmdCopy_Click() const
