@@ -168,7 +168,7 @@ bool QLMIniFile::WriteFile(const QString& path) const
     // Written beside the file, flushed and put in its place in one step: a full
     // disc or a killed process leaves the old file.
     QSaveFile file(target);
-    file.setDirectWriteFallback(true); // a folder that takes no new files, this file it does
+    file.setDirectWriteFallback(true); // where a folder takes no new files
     if (!file.open(QIODevice::WriteOnly))
         return false;
     const qsizetype added = 2 * kLineEnd.size();
