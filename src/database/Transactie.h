@@ -19,14 +19,9 @@ public:
     /// rolled back, with all that was left open before it, and the error goes up.
     void Commit();
     /// Leaves the transaction to the next commit or to the end of the connection.
-    /// One that can only be undone (the disk was full) is rolled back after all:
-    /// left open it would keep everybody from reading.
     void LeaveOpen();
 
 private:
-    bool CanGoOn();
-    void RollBackLeftOpen();
-
     jet::Workspace& m_workspace;
     int& m_leftOpen;
     bool m_open = true;

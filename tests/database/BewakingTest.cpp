@@ -459,6 +459,15 @@ TEST_F(BewakingTest, KeepsACopyBeforeDeletingResults)
               (Rijen{{"4"}}));
 }
 
+TEST_F(BewakingTest, KeepsACopyBeforeRemovingTheCalculationsOfAMissingWorkFolder)
+{
+    boxes.answers = {Answer::Yes};
+    OpenNa(MetResultaten({1, 2}));
+    ASSERT_EQ(Kopieen().size(), 1);
+    EXPECT_EQ(Lees(Pad(Kopieen().first().toStdString()), "SELECT COUNT(*) FROM Resultaat"),
+              (Rijen{{"4"}}));
+}
+
 TEST_F(BewakingTest, NeverOverwritesAnEarlierCopy)
 {
     for (int keer = 0; keer < 2; ++keer) {

@@ -100,6 +100,24 @@ TEST_F(LeftOpenTest, ARollBackOfALaterChangeLeavesItToTheNextCommit)
     EXPECT_EQ(Lees(db.fileName(), "SELECT COUNT(*) FROM Profielen"), (Rijen{{"8"}}));
 }
 
+TEST_F(LeftOpenTest, WhenTheNextCommitFailsBothAreUndoneAndTheUserGoesOn)
+{
+    if (!FullDisk::Works())
+        GTEST_SKIP() << "a full disk cannot be staged here";
+    FailHalfWay();
+    {
+        const FullDisk vol(512);
+        EXPECT_EQ(FoutVan([&] { db.UpdateStreefpeil("Plas-02", -0.7); }), 1505);
+        EXPECT_EQ(Alle(db.GetProfielNamen()).size(), 8U) << "reading goes on";
+    }
+    db.UpdateStreefpeil("Plas-03", -0.8);
+    db.CloseDB();
+    EXPECT_EQ(PeilenVanPlas01().size(), 5U);
+    EXPECT_EQ(Lees(db.fileName(), "SELECT Locatie_ID FROM Locatie WHERE streefpeil IN (-0.7,-0.8)"),
+              (Rijen{{"3"}}));
+    ExpectSound(db.fileName());
+}
+
 // --- all or nothing ---
 
 TEST_F(TransactiesTest, TooFewValuesChangeNothing)

@@ -301,6 +301,14 @@ TEST(DijkregelsTest, TheIndexCountsFromTheToe)
     EXPECT_EQ(IndexVanFout(profiel), 2) << "point 4 of the profile, the second of the dike";
 }
 
+TEST(DijkregelsTest, AToeThatWasNeverSetCountsAsTheFirstPoint)
+{
+    EXPECT_EQ(Melding(Talud({{0, 0}, {2, 1}}, 0)), 0);
+    const HRProfiel steil = Talud({{0, 0}, {1, 2}}, 0);
+    EXPECT_EQ(Melding(steil), 114);
+    EXPECT_EQ(IndexVanFout(steil), 1);
+}
+
 TEST(DijkregelsTest, ADikeOfOnePointHasNoSegments)
 {
     EXPECT_EQ(Melding(Talud({{0, 0}, {10, 0}}, 2)), 0);
