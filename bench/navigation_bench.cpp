@@ -1,6 +1,7 @@
 // The location browser with a large database: 1,000 locations, 3 profiles and
 // 5 calculations each. The tree is built beside a plain tree of the same size without
-// database, disc and index; a log of 20 MB is shown beside a box that loads it whole.
+// database, disc and index; a log of 20 MB is shown beside a box that loads it whole. What
+// a command does to many locations at once stands beside the same for one after the other.
 #include "MaakDatabase.h"
 #include "TemporaryFolder.h"
 #include "calculation/ui/frmLog.h"
@@ -202,11 +203,94 @@ void LoadLogWhole(benchmark::State& state)
     }
 }
 
+/// A copy of the large database that may be changed, its work folder, and the tree of both.
+struct ChangingBrowser {
+    ChangingBrowser()
+    {
+        namespace fs = std::filesystem;
+        const fs::path folder = TheInstallation().folder.Path();
+        fs::copy_file(folder / "groot.mdb", folder / "kopie.mdb",
+                      fs::copy_options::overwrite_existing);
+        fs::remove_all(folder / "kopie");
+        fs::copy(folder / "groot", folder / "kopie", fs::copy_options::recursive);
+        if (db.OpenDB(QString::fromStdString((folder / "kopie.mdb").string()), false) !=
+            OpenResult::Accepted)
+            throw std::runtime_error("the copy does not open");
+        tree.setTreeViewObject(&view);
+        auto* root = tree.AddRoot(navkey::RootLocaties, "Locaties", false);
+        tree.addLocatiesFromDb2Root(root,
+                                    db.GetRecordSet("SELECT omschrijving AS OMSCHR FROM Locatie"));
+        tree.addProfielenFromDb2Locaties(root);
+        tree.addBerekeningenFromWerkmap2Locaties(root, db.WerkMap());
+        for (int i = 0; i < root->childCount(); ++i)
+            namen << root->child(i)->text(0);
+    }
+    HRdb db;
+    QTreeWidget view;
+    NavTree tree{db};
+    TreeChanges changes{tree, db};
+    QStringList namen;
+};
+
+template <typename Work>
+void OnACopy(benchmark::State& state, Work&& work)
+{
+    for (auto step : state) {
+        state.PauseTiming();
+        auto browser = std::make_unique<ChangingBrowser>();
+        browser->namen.resize(state.range(0));
+        state.ResumeTiming();
+        work(*browser);
+        state.PauseTiming();
+        browser.reset();
+        state.ResumeTiming();
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+void AssignProfiel(benchmark::State& state)
+{
+    OnACopy(state, [](ChangingBrowser& browser) {
+        browser.changes.AssignProfiel("Voorland 1op4", browser.namen);
+    });
+}
+
+void AssignOneAfterTheOther(benchmark::State& state)
+{
+    OnACopy(state, [](ChangingBrowser& browser) {
+        for (const QString& naam : browser.namen)
+            browser.changes.AssignProfiel("Voorland 1op4", {naam});
+    });
+}
+
+void DeleteLocaties(benchmark::State& state)
+{
+    OnACopy(state, [](ChangingBrowser& browser) { browser.changes.DeleteLocaties(browser.namen); });
+}
+
+void DeleteOneAfterTheOther(benchmark::State& state)
+{
+    OnACopy(state, [](ChangingBrowser& browser) {
+        for (const QString& naam : browser.namen)
+            browser.changes.DeleteLocaties({naam});
+    });
+}
+
 BENCHMARK(BuildTree)->Unit(benchmark::kMillisecond);
 BENCHMARK(BuildPlainTree)->Unit(benchmark::kMillisecond);
 BENCHMARK(ClickNode)->Unit(benchmark::kMillisecond);
 BENCHMARK(ClickLocatieWithSelection)->Unit(benchmark::kMillisecond);
 BENCHMARK(FilterTree)->Unit(benchmark::kMillisecond);
+BENCHMARK(AssignProfiel)
+    ->Unit(benchmark::kMillisecond)
+    ->Arg(250)
+    ->Arg(500)
+    ->Arg(1000)
+    ->Iterations(2)
+    ->Complexity(benchmark::oN);
+BENCHMARK(AssignOneAfterTheOther)->Unit(benchmark::kMillisecond)->Arg(25)->Iterations(1);
+BENCHMARK(DeleteLocaties)->Unit(benchmark::kMillisecond)->Arg(50)->Arg(250)->Iterations(1);
+BENCHMARK(DeleteOneAfterTheOther)->Unit(benchmark::kMillisecond)->Arg(50)->Iterations(1);
 BENCHMARK(ShowLog)->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadLogWhole)->Unit(benchmark::kMillisecond);
 
