@@ -57,8 +57,9 @@ while IFS=$'\t' read -r file command; do
     while [ "$(jobs -rp | wc -l)" -ge "$(nproc)" ]; do
         wait -n
     done
+# What needs no Qt is built by the preset mingw.
 done < <(sed -n 's/^  "command": "\(.*\)",$/\1/p' "$build/compile_commands.json" |
-    sed 's/\\"/"/g; s/\\\\/\\/g' |
+    sed '/-DQT_CORE_LIB/!d; s/\\"/"/g; s/\\\\/\\/g' |
     sed -n "s#^.* -c \($project/\(src\|tools\)/[^ ]*\.cpp\)\$#\1\t&#p" |
     sort -u -k1,1 | grep -E -- "$pattern")
 wait

@@ -50,7 +50,8 @@ void OneButtonBox(QMessageBox::Icon icon, QWidget* owner, const QString& caption
     box.Show();
 }
 
-void ShowCursor(int mode)
+// Not ShowCursor, of which windows.h has one of its own.
+void ShowBusyCursor(int mode)
 {
     // What the map and the forms ask for; other pointers belong to their widgets.
     static bool shown = false;
@@ -166,7 +167,7 @@ void WindowBoxes::ReportError(const std::exception& error)
 
 void InstallWindowParts()
 {
-    SetCursorHook(ShowCursor);
+    SetCursorHook(ShowBusyCursor);
     SetUrlOpener([](const QUrl& url) { return QDesktopServices::openUrl(url); });
     gBoxes.Set(std::make_shared<WindowBoxes>());
 }
