@@ -388,23 +388,3 @@ TEST_F(BerekenLocatiesTest, AFullDiskEndsTheBatchAndTellsWhatIsLeft)
     EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"3"}}));
     db.CloseDB();
 }
-
-TEST_F(BerekenLocatiesTest, AThousandPairsTakeOneAfterTheOther)
-{
-    batch.paren.clear();
-    for (int i = 0; i < 1000; ++i) {
-        const QString naam = "L" + QString::number(i);
-        batch.paren << TeBerekenen{naam, ""};
-    }
-    db.CloseDB();
-    std::vector<std::string> statements;
-    for (int i = 0; i < 1000; ++i)
-        statements.push_back("INSERT INTO Locatie (omschrijving,veiligheidsklasse) VALUES ('L" +
-                             std::to_string(i) + "',1)");
-    Voeruit(db.fileName(), statements);
-    EXPECT_EQ(Bereken().gedaan, 1000);
-    EXPECT_EQ(boom.bijLocatie.size(), 1000);
-    EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat"), (Rijen{{"1000"}}));
-    db.CloseDB();
-    ExpectSound(db.fileName());
-}

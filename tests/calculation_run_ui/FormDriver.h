@@ -24,6 +24,8 @@ public:
     /// Done once for each form of that name.
     void On(const QString& form, Work work) { m_work[form] = std::move(work); }
     int Met(const QString& form) const { return m_met.value(form); }
+    /// Counts from the begin again.
+    void Vergeet() { m_met.clear(); }
 
 private:
     void Look()
