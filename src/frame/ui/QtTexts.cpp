@@ -150,8 +150,10 @@ public:
 
 void InstallQtTexts()
 {
-    QCoreApplication::installTranslator(new DutchTexts(qApp));
-    auto* full = new QTranslator(qApp); // asked first: the last one installed
+    auto* full = new QTranslator(qApp);
     if (full->load("qtbase_nl", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(full);
+    // The last one is asked first: our words are the same on every machine, the
+    // toolkit's translation, where it is installed, fills in the rest.
+    QCoreApplication::installTranslator(new DutchTexts(qApp));
 }
