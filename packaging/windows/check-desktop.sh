@@ -26,7 +26,7 @@ flags=(-std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Wshadow -Wno-unknown-p
     -DUNICODE -D_UNICODE -DWIN32_LEAN_AND_MEAN -DNOMINMAX -D_WIN32_WINNT=0x0A00
     -DQT_DISABLE_DEPRECATED_BEFORE=0x060400 -DQT_NO_CAST_TO_ASCII
     -DQT_CORE_LIB -DQT_GUI_LIB -DQT_WIDGETS_LIB -isystem "$qt")
-for module in Core Gui Widgets PrintSupport Network Svg; do
+for module in Core Gui Widgets PrintSupport Network Svg Test; do
     flags+=(-isystem "$qt/Qt$module")
 done
 flags+=(-isystem /usr/include/gdal -isystem "$work/include" -isystem "$prefix/include")
