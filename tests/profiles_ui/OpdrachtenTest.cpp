@@ -132,6 +132,35 @@ TEST_F(OpdrachtenTest, ANodeIsTakenOutBeforeItsCalculationIsReplaced)
     EXPECT_EQ(CurrentKey(), "ROOTLOCATIES\\Plas-02\\berekeningen\\som_gras 1op3");
 }
 
+TEST_F(OpdrachtenTest, AFolderOfAnotherCaseIsShownRenamedAndDeleted)
+{
+    QDir().rename(InWerkmap("Plas-01"), InWerkmap("PLAS-01"));
+    QDir().rename(InWerkmap("PLAS-01/berekeningen"), InWerkmap("PLAS-01/Berekeningen"));
+    Bouw();
+    Klik(kRest);
+    EXPECT_TRUE(QFileInfo::exists(InWerkmap("PLAS-01/Berekeningen/rest/uitvoer.log")));
+    EXPECT_FALSE(logViewer.shown.isEmpty());
+    Hernoem(kRest, "anders");
+    EXPECT_TRUE(boxes.Texts().isEmpty()) << boxes.Texts().join('|').toStdString();
+    EXPECT_TRUE(MapBestaat(InWerkmap("PLAS-01/Berekeningen/anders")));
+    boxes.Press("Ja");
+    Toets(Qt::Key_Delete);
+    EXPECT_FALSE(MapBestaat(InWerkmap("PLAS-01/Berekeningen/anders")));
+    EXPECT_FALSE(MapBestaat(InWerkmap("Plas-01"))) << "no second folder was made";
+}
+
+TEST_F(OpdrachtenTest, AFolderRenamedBehindOurBackDoesNotStopTheNode)
+{
+    Klik(kRest);
+    QDir().rename(InWerkmap("Plas-01/berekeningen/rest"), InWerkmap("Plas-01/berekeningen/weg"));
+    Klik(kRest);
+    EXPECT_EQ(logViewer.shown, "");
+    boxes.Press("Ja");
+    Toets(Qt::Key_Delete);
+    EXPECT_FALSE(form->NodeExists(kRest));
+    EXPECT_TRUE(MapBestaat(InWerkmap("Plas-01/berekeningen/weg"))) << "nobody's to delete";
+}
+
 // Renaming
 
 TEST_F(OpdrachtenTest, ACalculationIsRenamedAtTheRoot)
