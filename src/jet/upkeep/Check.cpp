@@ -80,10 +80,10 @@ private:
     void ExamineTable(PageAllocator& pages, const TableEntry& entry)
     {
         const TableDefinition definition = ReadTableDefinition(m_pager, entry.page);
-        TableCheck(m_pager, pages, entry.name, definition, m_ledger, m_findings).Examine();
+        TableCheck(m_pager, entry.name, definition, m_ledger, m_findings).Examine();
         Table table(m_pager, pages, entry.name, definition);
         for (std::size_t i = 0; i < definition.physicalIndexes.size(); ++i)
-            IndexCheck(table, pages, static_cast<int>(i), m_ledger, m_findings).Examine();
+            IndexCheck(table, static_cast<int>(i), m_ledger, m_findings).Examine();
     }
 
     void ExamineProperties(Table& objects, const TableEntry& entry, int column)

@@ -43,11 +43,9 @@ private:
 
 } // namespace
 
-IndexCheck::IndexCheck(Table& table, PageAllocator& pages, int physical, PageLedger& ledger,
-                       Findings& findings)
+IndexCheck::IndexCheck(Table& table, int physical, PageLedger& ledger, Findings& findings)
     : m_table(table),
       m_pager(table.File()),
-      m_pages(pages),
       m_index(table.Definition().physicalIndexes[static_cast<std::size_t>(physical)]),
       m_physical(physical),
       m_ledger(ledger),

@@ -11,8 +11,7 @@ namespace jet {
 /// leaves) and its entries against keys computed from the rows.
 class IndexCheck {
 public:
-    IndexCheck(Table& table, PageAllocator& pages, int physical, PageLedger& ledger,
-               Findings& findings);
+    IndexCheck(Table& table, int physical, PageLedger& ledger, Findings& findings);
 
     void Examine();
 
@@ -27,7 +26,6 @@ private:
 
     Table& m_table;
     Pager& m_pager;
-    PageAllocator& m_pages;
     const PhysicalIndex& m_index;
     int m_physical;
     PageLedger& m_ledger;

@@ -41,10 +41,9 @@ std::size_t CountUnmet(const SlotSet& live, const SlotSet& met)
 
 } // namespace
 
-TableCheck::TableCheck(Pager& pager, PageAllocator& pages, std::string name,
-                       TableDefinition definition, PageLedger& ledger, Findings& findings)
+TableCheck::TableCheck(Pager& pager, std::string name, TableDefinition definition,
+                       PageLedger& ledger, Findings& findings)
     : m_pager(pager),
-      m_pages(pages),
       m_name(std::move(name)),
       m_definition(std::move(definition)),
       m_ledger(ledger),

@@ -15,8 +15,8 @@ using SlotSet = std::map<PageNumber, std::bitset<256>>;
 /// slot, its rows value by value, its long values part by part.
 class TableCheck {
 public:
-    TableCheck(Pager& pager, PageAllocator& pages, std::string name, TableDefinition definition,
-               PageLedger& ledger, Findings& findings);
+    TableCheck(Pager& pager, std::string name, TableDefinition definition, PageLedger& ledger,
+               Findings& findings);
 
     void Examine();
 
@@ -46,7 +46,6 @@ private:
     void ExamineCounters();
 
     Pager& m_pager;
-    PageAllocator& m_pages;
     std::string m_name;
     TableDefinition m_definition;
     PageLedger& m_ledger;
