@@ -2,19 +2,13 @@
 
 #include "frame/Numbers.h"
 #include "frame/Paths.h"
+#include "geometry/ShapeFileBytes.h"
 
-#include <QtEndian>
+#include <algorithm>
 
-#include <bit>
+using namespace geometry;
 
 namespace {
-
-constexpr qint32 kFileCode = 9994;
-constexpr qint32 kVersion = 1000;
-constexpr qint64 kHeaderSize = 100;
-constexpr qint64 kRecordHeaderSize = 8;
-constexpr qint64 kLengthPlace = 24;
-constexpr qint64 kBoundsPlace = 36;
 
 enum Number : quint32 {
     RecordMismatch = 0x80040205,
@@ -43,74 +37,6 @@ auto AsSource(const QString& source, Body&& body)
     }
 }
 
-[[noreturn]] void RaiseBadPlace()
-{
-    constexpr int kBadRecordNumber = 63;
-    RaiseRuntimeFout(kBadRecordNumber, QStringLiteral("Bad record number"));
-}
-
-// `size` bytes from `position` on. What lies behind the end reads as zeros.
-QByteArray ReadAt(QFile& file, qint64 position, qint64 size)
-{
-    if (position < 0)
-        RaiseBadPlace();
-    QByteArray bytes;
-    if (position < file.size() && file.seek(position))
-        bytes = file.read(size);
-    bytes.append(QByteArray(size - bytes.size(), '\0'));
-    return bytes;
-}
-
-void WriteAt(QFile& file, qint64 position, const QByteArray& bytes)
-{
-    if (!file.seek(position) || file.write(bytes) != bytes.size() || !file.flush())
-        RaiseRuntimeFout(RuntimeFout::FileAccess, file.fileName() + ": " + file.errorString());
-}
-
-void Append(QFile& file, const QByteArray& bytes)
-{
-    WriteAt(file, file.size(), bytes);
-}
-
-qint32 BigAt(const QByteArray& bytes, qint64 place)
-{
-    return qFromBigEndian<qint32>(bytes.constData() + place);
-}
-
-qint32 LittleAt(const QByteArray& bytes, qint64 place)
-{
-    return qFromLittleEndian<qint32>(bytes.constData() + place);
-}
-
-double DoubleAt(const QByteArray& bytes, qint64 place)
-{
-    return std::bit_cast<double>(qFromLittleEndian<quint64>(bytes.constData() + place));
-}
-
-// The four bytes in reverse: from memory to the big-endian fields.
-quint32 SwapLong(qint32 value)
-{
-    return qToBigEndian(static_cast<quint32>(value));
-}
-
-void PutBig(QByteArray& bytes, qint64 value)
-{
-    const quint32 swapped = SwapLong(static_cast<qint32>(value));
-    bytes.append(reinterpret_cast<const char*>(&swapped), sizeof swapped);
-}
-
-void PutLittle(QByteArray& bytes, qint64 value)
-{
-    const quint32 little = qToLittleEndian(static_cast<quint32>(value));
-    bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
-}
-
-void PutDouble(QByteArray& bytes, double value)
-{
-    const quint64 little = qToLittleEndian(std::bit_cast<quint64>(value));
-    bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
-}
-
 std::shared_ptr<CPoint> PointAt(const QByteArray& points, qint64 index)
 {
     return std::make_shared<CPoint>(DoubleAt(points, 16 * index), DoubleAt(points, 16 * index + 8));
@@ -118,15 +44,42 @@ std::shared_ptr<CPoint> PointAt(const QByteArray& points, qint64 index)
 
 // A count from a file that no file could hold must not become an allocation.
 // A file cut off may still announce more than it has: that reads as zeros.
-void CheckCount(qint64 count, qint64 elementSize, qint64 fileSize)
+void CheckCount(qint64 count, qint64 elementSize, const QFile& file)
 {
     constexpr int kOutOfMemory = 7;
     constexpr qint64 kAlwaysAllowed = 1024 * 1024;
     if (count < 0)
-        RaiseRuntimeFout(RuntimeFout::OutOfRange, QStringLiteral("Subscript out of range"));
-    if (count * elementSize > std::max(fileSize, kAlwaysAllowed))
-        RaiseRuntimeFout(kOutOfMemory, QStringLiteral("Out of memory"));
+        RaiseDamaged(file, RuntimeFout::OutOfRange);
+    if (count * elementSize > std::max(file.size(), kAlwaysAllowed))
+        RaiseDamaged(file, kOutOfMemory);
 }
+
+// Takes away what was appended to a pair, unless told that the record is
+// complete: a disk that is full must not leave an index without its record.
+// The headers are overwritten in place and need no room.
+class RecordInTheMaking {
+public:
+    RecordInTheMaking(QFile& shp, QFile& shx)
+        : m_shp(shp), m_shx(shx), m_shpSize(shp.size()), m_shxSize(shx.size())
+    {}
+    ~RecordInTheMaking()
+    {
+        if (m_complete)
+            return;
+        m_shp.resize(m_shpSize);
+        m_shx.resize(m_shxSize);
+    }
+    RecordInTheMaking(const RecordInTheMaking&) = delete;
+    RecordInTheMaking& operator=(const RecordInTheMaking&) = delete;
+    void Complete() { m_complete = true; }
+
+private:
+    QFile& m_shp;
+    QFile& m_shx;
+    qint64 m_shpSize;
+    qint64 m_shxSize;
+    bool m_complete = false;
+};
 
 } // namespace
 
@@ -147,7 +100,8 @@ void CShapeFile::SetFileSpec(const CFileName& file, qint32 status, std::optional
         if (FileExists(m_fileName.GetFileSpec())) {
             if (status == CREATEIT && !QFile::remove(ResolvePath(m_fileName.GetFileSpec())))
                 RaiseRuntimeFout(RuntimeFout::FileAccess,
-                                 "Path/File access error: " + m_fileName.GetFileSpec());
+                                 "Het bestand kan niet worden vervangen.|" +
+                                     m_fileName.GetFileSpec());
         } else if (status == OPENIT) {
             Raise(FileMissing, source,
                   "The specified file " + m_fileName.GetFileSpec() + " does not exist.");
@@ -171,13 +125,13 @@ void CShapeFile::SetFileSpec(const CFileName& file, qint32 status, std::optional
         return;
     }
     m_shxHeader = ReadMainHeader(m_shx, nullptr);
-    if (m_shxHeader.fileCode != kFileCode) {
+    if (m_shxHeader.fileCode != kShapeFileCode) {
         m_shx.close();
         Raise(InvalidFileCode, source,
               QStringLiteral("The shx file has an invalid shape code in the main header."));
     }
     m_shpHeader = ReadMainHeader(m_shp, &m_bounds);
-    if (m_shpHeader.fileCode != kFileCode) {
+    if (m_shpHeader.fileCode != kShapeFileCode) {
         m_shp.close();
         Raise(InvalidFileCode, source,
               QStringLiteral("The shp file has an invalid shape code in the main header."));
@@ -186,27 +140,31 @@ void CShapeFile::SetFileSpec(const CFileName& file, qint32 status, std::optional
     m_shapeType = m_shpHeader.shapeType;
 }
 
-// An existing pair that may not be written is opened for reading.
+// An existing pair that may not be written is opened for reading. Without a
+// buffer, in which a write that failed would wait for another chance.
 void CShapeFile::OpenFiles(const QString& shp, const QString& shx, bool existing)
 {
     m_shx.setFileName(shx);
     m_shp.setFileName(shp);
     for (QFile* file : {&m_shx, &m_shp}) {
-        const auto mode = existing ? QIODevice::ReadWrite | QIODevice::ExistingOnly
-                                   : QIODevice::OpenMode(QIODevice::ReadWrite);
-        if (file->open(mode) || (existing && file->open(QIODevice::ReadOnly)))
+        QIODevice::OpenMode mode = QIODevice::ReadWrite | QIODevice::Unbuffered;
+        if (existing)
+            mode |= QIODevice::ExistingOnly;
+        if (file->open(mode) ||
+            (existing && file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)))
             continue;
-        RaiseRuntimeFout(RuntimeFout::FileAccess, file->fileName() + ": " + file->errorString());
+        RaiseRuntimeFout(RuntimeFout::FileAccess,
+                         "Het bestand kan niet worden geopend.|" + file->fileName());
     }
 }
 
 CShapeFile::MainHeader CShapeFile::ReadMainHeader(QFile& file, CRect* bounds)
 {
-    const QByteArray bytes = ReadAt(file, 0, kHeaderSize);
+    const QByteArray bytes = ReadAt(file, 0, kShapeHeaderSize);
     if (bounds)
         bounds->MakeXY(DoubleAt(bytes, 36), DoubleAt(bytes, 60), DoubleAt(bytes, 52),
                        DoubleAt(bytes, 44));
-    return {BigAt(bytes, 0), BigAt(bytes, kLengthPlace), LittleAt(bytes, 32)};
+    return {BigAt(bytes, 0), BigAt(bytes, kLengthPlace), LittleAt(bytes, kTypePlace)};
 }
 
 std::shared_ptr<IShape> CShapeFile::Item(qint32 index)
@@ -228,10 +186,10 @@ std::shared_ptr<IShape> CShapeFile::Item(qint32 index)
 CShapeFile::RecordPlace CShapeFile::FindOffset(qint32 index)
 {
     return AsSource(QStringLiteral("C_ShapeFile::FindOffset"), [&]() -> RecordPlace {
-        const qint64 position = kHeaderSize + (qint64(index) - 1) * 8;
+        const qint64 position = kShapeHeaderSize + (qint64(index) - 1) * kIndexRecordSize;
         if (position + 1 > m_shx.size() - 7)
             return {};
-        const QByteArray bytes = ReadAt(m_shx, position, 8);
+        const QByteArray bytes = ReadAt(m_shx, position, kIndexRecordSize);
         return {true, BigAt(bytes, 0), BigAt(bytes, 4)};
     });
 }
@@ -295,7 +253,7 @@ std::shared_ptr<CMultiPoint> CShapeFile::ReadMultiPoint(qint32 index)
                                                QStringLiteral("C_ShapeFile::ReadPolys")});
     auto shape = std::make_shared<CMultiPoint>();
     const qint32 count = LittleAt(ReadAt(m_shp, position + 32, 4), 0);
-    CheckCount(count, 16, m_shp.size());
+    CheckCount(count, 16, m_shp);
     const QByteArray points = ReadAt(m_shp, position + 36, 16 * qint64(count));
     for (qint32 i = 0; i < count; ++i)
         shape->Add(PointAt(points, i));
@@ -318,15 +276,17 @@ std::shared_ptr<Shape> CShapeFile::ReadParts(qint32 index, const Sources& source
     const QByteArray counts = ReadAt(m_shp, position + 32, 8);
     const qint64 partCount = LittleAt(counts, 0);
     const qint64 pointCount = LittleAt(counts, 4);
-    CheckCount(partCount, 4, m_shp.size());
-    CheckCount(pointCount, 16, m_shp.size());
+    CheckCount(partCount, 4, m_shp);
+    CheckCount(pointCount, 16, m_shp);
     const QByteArray starts = ReadAt(m_shp, position + 40, 4 * partCount);
     const QByteArray points = ReadAt(m_shp, position + 40 + 4 * partCount, 16 * pointCount);
     for (qint64 k = 0; k < partCount; ++k) {
         const qint64 first = LittleAt(starts, 4 * k);
         const qint64 end = k + 1 < partCount ? LittleAt(starts, 4 * (k + 1)) : pointCount;
-        if (first < 0 || end > pointCount)
-            RaiseRuntimeFout(RuntimeFout::OutOfRange, QStringLiteral("Subscript out of range"));
+        // Parts that fall back would take points twice, and a small file that is
+        // damaged all the memory there is.
+        if (first < 0 || first > end || end > pointCount)
+            RaiseDamaged(m_shp, RuntimeFout::OutOfRange);
         auto part = std::make_shared<CPart>();
         for (qint64 i = first; i < end; ++i)
             part->Add(PointAt(points, i));
@@ -368,11 +328,11 @@ void CShapeFile::PutMainHeaders()
 {
     AsSource(QStringLiteral("CShapeFile::PutMainHeaders"), [&] {
         QByteArray header;
-        PutBig(header, kFileCode);
+        PutBig(header, kShapeFileCode);
         for (int unused = 0; unused < 5; ++unused)
             PutBig(header, 0);
         PutBig(header, 0); // the length: written with the first record
-        PutLittle(header, kVersion);
+        PutLittle(header, kShapeFileVersion);
         PutLittle(header, m_shapeType);
         for (const double bound :
              {m_bounds.Left(), m_bounds.Bottom(), m_bounds.Right(), m_bounds.Top()})
@@ -395,8 +355,10 @@ void CShapeFile::PutNull()
         PutBig(record, qint64(m_count) + 1);
         PutBig(record, kWords);
         record.append(2, '\0'); // two bytes, not four: see the class
+        RecordInTheMaking making(m_shp, m_shx);
         Append(m_shx, index);
         Append(m_shp, record);
+        making.Complete();
         ++m_count;
     });
 }
@@ -471,6 +433,7 @@ void CShapeFile::PutRecord(const QByteArray& body, const IShape& shape)
     QByteArray index;
     PutBig(index, m_shp.size() / 2);
     PutBig(index, words);
+    RecordInTheMaking making(m_shp, m_shx);
     Append(m_shx, index);
 
     QByteArray record;
@@ -478,6 +441,7 @@ void CShapeFile::PutRecord(const QByteArray& body, const IShape& shape)
     PutBig(record, words);
     PutLittle(record, m_shapeType);
     Append(m_shp, record + body);
+    making.Complete();
 
     for (QFile* file : {&m_shx, &m_shp}) {
         QByteArray length;

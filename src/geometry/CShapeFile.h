@@ -11,10 +11,6 @@
 /// index (.shx), record by record and directly on the disc. Only the two main
 /// headers are kept in memory.
 ///
-/// Byte order follows the ESRI rule: file code, file length, record headers and
-/// index records are big-endian, all the rest is little-endian. Lengths and
-/// offsets in the files count 16-bit words.
-///
 /// Failures are raised as `Fout` with the numbers 0x80040205 to 0x80040211 and
 /// the source texts that callers have always seen, odd ones included. What a
 /// file lacks at its end reads as zeros.
@@ -53,7 +49,8 @@ public:
     std::shared_ptr<IShape> Item(qint32 index);
 
     /// Appends a shape: a CPoint or CMultiPoint to a point file, a CPolyLine or
-    /// CPolygon to one of its own kind.
+    /// CPolygon to one of its own kind. A record for which the disk has no room
+    /// is taken away again.
     void Add(const ShapeObject& shape);
 
 private:

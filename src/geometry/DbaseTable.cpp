@@ -6,16 +6,16 @@
 #include <ogrsf_frmts.h>
 
 #include <algorithm>
+#include <cmath>
 
 using qlmgis::QuietGdal;
 
 namespace geometry {
 namespace {
 
-[[noreturn]] void Fail(const QString& path, const QuietGdal& quiet)
+[[noreturn]] void Fail(const QString& path)
 {
-    RaiseRuntimeFout(RuntimeFout::FileAccess,
-                     path + ": " + QString::fromStdString(quiet.Message()));
+    RaiseRuntimeFout(RuntimeFout::FileAccess, "Het bestand kan niet worden geschreven.|" + path);
 }
 
 } // namespace
@@ -41,7 +41,7 @@ DbaseTable::DbaseTable(const QString& path, const std::vector<Field>& fields)
     OGRLayer* layer =
         m_dataset ? m_dataset->CreateLayer("table", nullptr, wkbNone, options) : nullptr;
     if (!layer)
-        Fail(path, quiet);
+        Fail(path);
     for (const Field& field : fields) {
         const auto type = field.type == Field::Type::Double    ? OFTReal
                           : field.type == Field::Type::Integer ? OFTInteger
@@ -50,7 +50,7 @@ DbaseTable::DbaseTable(const QString& path, const std::vector<Field>& fields)
         if (type == OFTString)
             definition.SetWidth(std::clamp(field.width, 1, 254));
         if (layer->CreateField(&definition) != OGRERR_NONE)
-            Fail(path, quiet);
+            Fail(path);
     }
 }
 
@@ -69,7 +69,12 @@ void DbaseTable::AddRow()
 
 void DbaseTable::Set(int field, double value)
 {
-    m_row->feature->SetField(field, value);
+    // The field has 24 characters. A number of more would be cut off to another.
+    constexpr double kLargest = 1e15;
+    if (std::abs(value) < kLargest)
+        m_row->feature->SetField(field, value);
+    else
+        m_row->feature->SetFieldNull(field);
 }
 void DbaseTable::Set(int field, qint32 value)
 {
@@ -86,7 +91,7 @@ void DbaseTable::WriteRow()
         return;
     const QuietGdal quiet;
     if (m_dataset->GetLayer(0)->CreateFeature(m_row->feature.get()) != OGRERR_NONE)
-        Fail(m_path, quiet);
+        Fail(m_path);
     m_row->feature.reset();
 }
 
@@ -96,7 +101,7 @@ void DbaseTable::Close()
     const QuietGdal quiet;
     m_dataset.reset();
     if (quiet.Failed())
-        Fail(m_path, quiet);
+        Fail(m_path);
 }
 
 } // namespace geometry

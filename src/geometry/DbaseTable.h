@@ -26,6 +26,7 @@ public:
 
     /// Starts a row; it is written by the next AddRow or by Close.
     void AddRow();
+    /// A number that is none, or that has no room in the field, leaves it empty.
     void Set(int field, double value);
     void Set(int field, qint32 value);
     void Set(int field, const QString& value);

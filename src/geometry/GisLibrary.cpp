@@ -21,7 +21,7 @@ public:
         m_lastError = Resolve<QLMGisLastErrorFunction>(file, "QLMGisLastError");
         m_object = m_create();
         if (!m_object)
-            throw Fout(kFailed, QStringLiteral("Out of memory"));
+            throw Fout(kFailed, QStringLiteral("Er is te weinig geheugen."));
     }
     ~NativeGisObject() override { m_release(m_object); }
     NativeGisObject(const NativeGisObject&) = delete;

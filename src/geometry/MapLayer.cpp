@@ -6,11 +6,18 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <limits>
+
 using geometry::Punt;
 using geometry::RingIndex;
 using geometry::ShapeLayerData;
 
 namespace {
+
+// Offsets in a shape file count 16-bit words and have 31 bits. A file beyond
+// that is none, and its size no reason to ask for so much memory.
+constexpr qint64 kLargestFile = 2 * qint64(std::numeric_limits<qint32>::max());
 
 // Nothing when the file cannot be read whole.
 std::optional<std::vector<std::byte>> ReadFile(const QString& path)
@@ -59,12 +66,16 @@ void MapLayer::Read()
     // Before the reading: a file that changes meanwhile is read again.
     m_shpStamp = StampOf(files.shp);
     m_shxStamp = StampOf(files.shx);
+    if (std::max(m_shpStamp.size, m_shxStamp.size) > kLargestFile) {
+        m_error = QStringLiteral("het bestand is te groot");
+        return;
+    }
     try {
         {
             const auto shp = ReadFile(files.shp);
             const auto shx = m_shxStamp.size >= 0 ? ReadFile(files.shx) : std::vector<std::byte>();
             if (!shp || !shx) {
-                m_error = QStringLiteral("the file cannot be read");
+                m_error = QStringLiteral("het bestand kan niet worden gelezen");
                 return;
             }
             m_data = geometry::ReadShapeLayer(*shp, *shx, m_error);
@@ -77,7 +88,7 @@ void MapLayer::Read()
     } catch (const std::bad_alloc&) {
         m_rings.clear();
         m_data.reset();
-        m_error = QStringLiteral("the file is too large");
+        m_error = QStringLiteral("het bestand is te groot");
     }
 }
 

@@ -26,7 +26,7 @@ public:
     const QString& file() const { return m_file; }
     bool Valid() const { return m_data.has_value(); }
     int shapeType() const;
-    /// Why the layer is not valid.
+    /// Why the layer is not valid: words for behind a file name.
     const QString& Error() const { return m_error; }
 
     /// Whether the file on the disc is still the one that was read, by size and

@@ -27,7 +27,9 @@ private:
     std::size_t Place(int index) const
     {
         if (index < 1 || index > Count())
-            RaiseRuntimeFout(RuntimeFout::OutOfRange, QStringLiteral("Subscript out of range"));
+            RaiseRuntimeFout(
+                RuntimeFout::OutOfRange,
+                QStringLiteral("Element %1 bestaat niet; er zijn er %2.").arg(index).arg(Count()));
         return static_cast<std::size_t>(index - 1);
     }
 

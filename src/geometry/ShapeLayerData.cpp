@@ -1,5 +1,7 @@
 #include "geometry/ShapeLayerData.h"
 
+#include "geometry/ShapeFileBytes.h"
+
 #include <QtEndian>
 
 #include <bit>
@@ -9,13 +11,11 @@
 namespace geometry {
 namespace {
 
+// What is wrong, in words for behind a file name.
 class BadFile : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
-
-constexpr std::size_t kHeaderSize = 100;
-constexpr std::size_t kRecordHeaderSize = 8;
 
 // Bytes with checked reads.
 class Bytes {
@@ -26,7 +26,7 @@ public:
     Bytes Sub(std::size_t place, std::size_t size) const
     {
         if (place > m_bytes.size() || size > m_bytes.size() - place)
-            throw BadFile("the file ends too early");
+            throw BadFile("het bestand is te kort");
         return Bytes(m_bytes.subspan(place, size));
     }
     std::int32_t Big(std::size_t place) const
@@ -59,7 +59,7 @@ private:
 std::size_t Count(std::int32_t value)
 {
     if (value < 0)
-        throw BadFile("a negative count");
+        throw BadFile("een aantal onder nul");
     return static_cast<std::size_t>(value);
 }
 
@@ -85,7 +85,7 @@ private:
     void ReadHeader()
     {
         CheckFileCode(m_shp);
-        m_type = m_shp.Little(32);
+        m_type = m_shp.Little(kTypePlace);
         switch (m_type % 10) {
         case 1:
             m_data.kind = ShapeLayerData::Kind::Point;
@@ -100,35 +100,35 @@ private:
             m_data.kind = ShapeLayerData::Kind::MultiPoint;
             break;
         default:
-            throw BadFile("an unknown shape type");
+            throw BadFile("een onbekende soort vormen");
         }
         if (m_type < 0 || m_type > 28)
-            throw BadFile("an unknown shape type");
+            throw BadFile("een onbekende soort vormen");
     }
 
     static void CheckFileCode(const Bytes& file)
     {
-        constexpr std::int32_t kFileCode = 9994;
-        file.Sub(0, kHeaderSize);
-        if (file.Big(0) != kFileCode)
-            throw BadFile("no shape file");
+        file.Sub(0, kShapeHeaderSize);
+        if (file.Big(0) != kShapeFileCode)
+            throw BadFile("het is geen shapebestand");
     }
 
     void ReadByIndex()
     {
         CheckFileCode(m_shx);
-        const std::size_t count = (m_shx.Size() - kHeaderSize) / 8;
+        const std::size_t count = (m_shx.Size() - kShapeHeaderSize) / kIndexRecordSize;
         for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t offset = Count(m_shx.Big(kHeaderSize + 8 * i)) * 2;
+            const std::size_t offset =
+                Count(m_shx.Big(kShapeHeaderSize + kIndexRecordSize * i)) * 2;
             if (m_shp.Big(offset) != static_cast<std::int32_t>(i + 1))
-                throw BadFile("the index does not match the records");
+                throw BadFile("de index past niet bij de vormen");
             ReadRecord(offset);
         }
     }
 
     void ReadInOrder()
     {
-        std::size_t offset = kHeaderSize;
+        std::size_t offset = kShapeHeaderSize;
         while (offset < m_shp.Size())
             offset += kRecordHeaderSize + ReadRecord(offset);
     }
@@ -141,8 +141,12 @@ private:
         const std::int32_t type = content.Little(0);
         if (type != 0) {
             if (type != m_type)
-                throw BadFile("a record of another type");
+                throw BadFile("een vorm van een andere soort");
             ReadContent(content);
+            // Of records that lie inside each other a small file could announce
+            // more points than there is memory.
+            if (m_data.points.size() * sizeof(Punt) + m_data.PartCount() * 4 > m_shp.Size())
+                throw BadFile("vormen die elkaar overlappen");
         }
         m_data.shapeStarts.push_back(Place(m_data.PartCount()));
         return size;
@@ -175,11 +179,11 @@ private:
         content.AppendPoints(44 + 4 * parts, points, m_data.points);
         std::size_t start = parts > 0 ? Count(starts.Little(0)) : points;
         if (start != 0)
-            throw BadFile("points outside the parts");
+            throw BadFile("punten buiten de delen");
         for (std::size_t k = 0; k < parts; ++k) {
             const std::size_t end = k + 1 < parts ? Count(starts.Little(4 * (k + 1))) : points;
             if (end < start || end > points)
-                throw BadFile("parts that do not rise");
+                throw BadFile("delen die niet op elkaar volgen");
             m_data.partStarts.push_back(Place(base + end));
             start = end;
         }
@@ -205,7 +209,7 @@ std::optional<ShapeLayerData> ReadShapeLayer(std::span<const std::byte> shp,
     } catch (const BadFile& bad) {
         error = QString::fromLatin1(bad.what());
     } catch (const std::bad_alloc&) {
-        error = QStringLiteral("the file is too large");
+        error = QStringLiteral("het bestand is te groot");
     }
     return std::nullopt;
 }

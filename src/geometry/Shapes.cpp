@@ -36,7 +36,7 @@ void TryEdge(Punt p, Punt a, Punt b, double& smallest)
     const double dy = b.y - a.y;
     const double length = Length(dx, dy);
     if (length == 0)
-        RaiseRuntimeFout(RuntimeFout::DivisionByZero, QStringLiteral("Division by zero"));
+        RaiseRuntimeFout(RuntimeFout::DivisionByZero, QStringLiteral("Deling door nul."));
     const double t = ((p.x - a.x) * dx + (p.y - a.y) * dy) / length;
     if (!(t > 0))
         return;

@@ -127,7 +127,7 @@ struct Strijklengte::Basin {
 Strijklengte::Basin Strijklengte::FindBasin(Punt p)
 {
     if (!m_layer || !m_layer->Refresh() || m_layer->shapeType() != MapLayer::Polygon)
-        RaiseRuntimeFout(RuntimeFout::FileAccess, QStringLiteral("there is no shore layer"));
+        RaiseRuntimeFout(RuntimeFout::FileAccess, QStringLiteral("Er is geen bestand met oevers."));
     const auto found = m_search(*m_layer, p);
     // Two polygons over one point count as none: that is meant.
     if (found.size() != 1)
@@ -222,7 +222,8 @@ BodemhoogteResultaat Strijklengte::berekenBodemhoogtes(const QString& gridFile, 
         raster->LoadRaster(ResolvePath(gridFile));
         for (std::size_t i = 0; i < directions.size(); ++i) {
             if (i >= lengths.size())
-                RaiseRuntimeFout(RuntimeFout::OutOfRange, QStringLiteral("Subscript out of range"));
+                RaiseRuntimeFout(RuntimeFout::OutOfRange,
+                                 QStringLiteral("Er zijn minder lengten dan richtingen."));
             const Punt end = RayEnd(x, y, directions[i], lengths[i]);
             result.levels[i] = raster->CalculateMean(x, y, end.x, end.y, kPoints);
         }
@@ -242,7 +243,12 @@ void Strijklengte::PlotPolygonen(FetchChart& chart, double x, double y)
     RemoveAllSeriesWithName(chart, title);
     if (!m_layer || !m_layer->Refresh() || m_layer->shapeType() != MapLayer::Polygon)
         return;
-    const auto found = m_search(*m_layer, {x, y});
+    std::vector<std::size_t> found;
+    try {
+        found = m_search(*m_layer, {x, y});
+    } catch (const Fout&) {
+        return; // a shore line beyond all numbers is drawn no better
+    }
     if (found.size() != 1)
         return;
     int number = 0;

@@ -59,12 +59,14 @@ std::unique_ptr<DbaseTable> MakeTable(const QString& path, int omschrijvingSize)
     }
 }
 
-qint32 WholeNumber(double value)
+qint32 WholeY(const LocatiePunt& locatie)
 {
-    const double rounded = RoundToEven(value);
+    const double rounded = RoundToEven(locatie.y);
     if (!(rounded >= std::numeric_limits<qint32>::min() &&
           rounded <= std::numeric_limits<qint32>::max()))
-        RaiseRuntimeFout(RuntimeFout::Overflow, QStringLiteral("Overflow"));
+        RaiseRuntimeFout(RuntimeFout::Overflow,
+                         QStringLiteral("De y-coördinaat van %1 is te groot voor de kaart: %2.")
+                             .arg(locatie.omschrijving, NumberText(locatie.y)));
     return static_cast<qint32>(rounded);
 }
 
@@ -92,14 +94,14 @@ bool modCreateShape(const QString& shpPath, const LocatiePunten& punten)
             shapes.Add(CPoint(locatie.x, locatie.y));
             rows->AddRow();
             rows->Set(X, locatie.x);
-            rows->Set(Y, WholeNumber(locatie.y));
+            rows->Set(Y, WholeY(locatie));
             rows->Set(Omschr, locatie.omschrijving);
             rows->Set(Kwal, qint32(locatie.kwaliteitskenmerk));
         }
     }
     rows->Close();
     if (!QFile::rename(table, dbf))
-        RaiseRuntimeFout(RuntimeFout::FileAccess, "Path/File access error: " + dbf);
+        RaiseRuntimeFout(RuntimeFout::FileAccess, "Het bestand kan niet worden vervangen.|" + dbf);
     files.Complete();
     return true;
 }

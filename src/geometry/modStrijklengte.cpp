@@ -25,7 +25,8 @@ constexpr double kPi = 0x1.921fb54442d18p+1;
 double Finite(double value)
 {
     if (!std::isfinite(value))
-        RaiseRuntimeFout(RuntimeFout::Overflow, QStringLiteral("Overflow"));
+        RaiseRuntimeFout(RuntimeFout::Overflow,
+                         QStringLiteral("Een coördinaat is geen getal of veel te groot."));
     return value;
 }
 

@@ -1,6 +1,7 @@
 #include "maps/MapValues.h"
 
 #include "frame/Convert.h"
+#include "frame/Fouten.h"
 #include "frame/Globals.h"
 #include "frame/Numbers.h"
 #include "frame/Paths.h"
@@ -50,22 +51,44 @@ Legenda Lees(int bestand)
     return legenda;
 }
 
+/// An open file of QLMFile, closed on every way out; `nummer` below 1 when it could not
+/// be opened.
+struct Bestand {
+    Bestand(const QString& pad, QLMFile::Mode mode) : nummer(gFile().FOpen(pad, mode)) {}
+    ~Bestand() { gFile().FClose(nummer); }
+    Bestand(const Bestand&) = delete;
+    Bestand& operator=(const Bestand&) = delete;
+
+    const int nummer;
+};
+
+void Schrijf(const Bestand& bestand, const QString& palet, const std::vector<Klasse>& klassen)
+{
+    const auto regel = [&bestand](const QString& tekst) {
+        gFile().PrintLine(bestand.nummer, tekst);
+    };
+    const auto grens = [&regel](double waarde) {
+        regel(gConvert().NumPoint(NumberText(waarde == 0 ? 0 : waarde)));
+    };
+    regel("# " + ApplicationTitle());
+    regel("# Zandvoet Legenda Bestand");
+    regel(QStringLiteral("# Versie: ") + kVersie);
+    regel("# Kleurenpalet: " + palet);
+    for (const Klasse& klasse : klassen)
+        grens(klasse.Ondergrens);
+    if (!klassen.empty())
+        grens(klassen.back().Bovengrens);
+}
+
 } // namespace
 
 bool MapValues::OpenFile(const QString& pad, QString& palet)
 {
-    const int bestand = gFile().FOpen(pad, QLMFile::Input);
     palet = "default";
-    if (bestand < 1)
+    const Bestand bestand(pad, QLMFile::Input);
+    if (bestand.nummer < 1)
         return false;
-    Legenda legenda;
-    try {
-        legenda = Lees(bestand);
-    } catch (...) {
-        gFile().FClose(bestand);
-        throw;
-    }
-    gFile().FClose(bestand);
+    const Legenda legenda = Lees(bestand.nummer);
     palet = legenda.palet;
     if (legenda.grenzen.empty())
         return false;
@@ -82,21 +105,15 @@ bool MapValues::OpenFile(const QString& pad, QString& palet)
 
 bool MapValues::SaveFile(const QString& pad) const
 {
-    const int bestand = gFile().FOpen(pad, QLMFile::Output);
-    if (bestand < 1)
-        return false;
-    const auto regel = [bestand](const QString& tekst) { gFile().PrintLine(bestand, tekst); };
-    const auto grens = [&regel](double waarde) {
-        regel(gConvert().NumPoint(NumberText(waarde == 0 ? 0 : waarde)));
-    };
-    regel("# " + ApplicationTitle());
-    regel("# Zandvoet Legenda Bestand");
-    regel(QStringLiteral("# Versie: ") + kVersie);
-    regel("# Kleurenpalet: " + m_colormap.Kleurenpalet());
-    for (const Klasse& klasse : m_klassen)
-        grens(klasse.Ondergrens);
-    if (!m_klassen.empty())
-        grens(m_klassen.back().Bovengrens);
-    gFile().FClose(bestand);
+    try {
+        const Bestand bestand(pad, QLMFile::Output);
+        if (bestand.nummer < 1)
+            return false;
+        Schrijf(bestand, m_colormap.Kleurenpalet(), m_klassen);
+    } catch (const Fout&) {
+        // Half a legend would be read as one of fewer classes.
+        gFile().KillFile(pad);
+        throw;
+    }
     return true;
 }

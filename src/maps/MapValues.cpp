@@ -25,8 +25,8 @@ void MapValues::ClearData()
 {
     m_points.assign(1, {});
     m_position = 0;
-    m_minimum = std::numeric_limits<double>::max();
-    m_maximum = std::numeric_limits<double>::lowest();
+    m_minimum = kGrootste;
+    m_maximum = -kGrootste;
 }
 
 void MapValues::AddData(double x, double y, double value)

@@ -4,7 +4,6 @@
 
 #include <QString>
 
-#include <limits>
 #include <optional>
 #include <vector>
 
@@ -79,9 +78,14 @@ public:
     /// Reads classes and palette. False, and the classes as they were, when the
     /// file holds none. Message 8010 for a file of another version.
     bool OpenFile(const QString& pad, QString& palet);
+    /// False when the file may not be written. A disk that is full raises a `Fout` and
+    /// leaves no file.
     bool SaveFile(const QString& pad) const;
 
 private:
+    /// Where the extremes start: the largest number of 15 digits.
+    static constexpr double kGrootste = 1.79769313486231E+308;
+
     struct Punt {
         double x = 0, y = 0, value = 0;
     };
@@ -96,8 +100,8 @@ private:
 
     std::vector<Punt> m_points;
     std::size_t m_position = 0;
-    double m_minimum = std::numeric_limits<double>::max();
-    double m_maximum = std::numeric_limits<double>::lowest();
+    double m_minimum = kGrootste;
+    double m_maximum = -kGrootste;
     std::vector<Klasse> m_klassen;
     mutable ::Colormap m_colormap;
     int m_aantalDecimalen = -1;

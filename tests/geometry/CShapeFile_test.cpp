@@ -3,15 +3,12 @@
 #include "geometry/CShapeFile.h"
 
 #include "NotedBoxes.h"
-#include "ShapeBytes.h"
-#include "TemporaryFolder.h"
+#include "ShapeFileFixture.h"
 
 #include <QDir>
 #include <QProcess>
 #include <QStandardPaths>
 #include <gtest/gtest.h>
-
-#include <limits>
 
 namespace {
 
@@ -29,16 +26,8 @@ std::shared_ptr<CPart> Part(const TestRing& points)
     return part;
 }
 
-class CShapeFileTest : public testing::Test {
+class CShapeFileTest : public ShapeFileFixture {
 protected:
-    QString Stem(const QString& name = "proef") const
-    {
-        return ToQString(m_folder.Path()) + '/' + name;
-    }
-    CFileName Name(const QString& name = "proef") const { return CFileName(Stem(name) + ".shp"); }
-    QByteArray Shp() const { return ReadBytes(Stem() + ".shp"); }
-    QByteArray Shx() const { return ReadBytes(Stem() + ".shx"); }
-
     // What ogrinfo says of the file; empty when it is not installed.
     static QString OgrInfo(const QString& path)
     {
@@ -51,8 +40,6 @@ protected:
         EXPECT_EQ(process.exitCode(), 0);
         return QString::fromUtf8(process.readAllStandardOutput());
     }
-
-    TemporaryFolder m_folder;
 };
 
 const char* const kEmptyPointHeader =
@@ -450,70 +437,6 @@ TEST_F(CShapeFileTest, ANullOrForeignRecordIsAFailure)
             ExpectFout(0x8004020E, source, text, [&] { (void)file.Item(1); });
         }
     }
-}
-
-TEST_F(CShapeFileTest, ANegativePlaceFailsUnderTheNameOfTheRoutine)
-{
-    auto pair = MakeShapeFile(5, {PolygonContent({})});
-    pair.shx[100] = char(0xFF);
-    WritePair(Stem(), pair);
-    CShapeFile file;
-    file.SetFileSpec(Name(), CShapeFile::OPENIT);
-    try {
-        (void)file.Item(1);
-        ADD_FAILURE();
-    } catch (const Fout& fout) {
-        EXPECT_EQ(fout.Source(), "C_ShapeFile::GetRecordHeader");
-    }
-    try {
-        (void)file.Item(std::numeric_limits<qint32>::min());
-        ADD_FAILURE();
-    } catch (const Fout& fout) {
-        EXPECT_EQ(fout.Source(), "C_ShapeFile::FindOffset");
-    }
-}
-
-TEST_F(CShapeFileTest, CountsThatCannotBeAreFailures)
-{
-    for (const quint32 count : {0xFFFFFFFFu, 0x80000000u, 0x7FFFFFFFu}) {
-        for (const qsizetype place : {36, 40}) {
-            QByteArray content = PolygonContent({Rectangle(0, 0, 1, 1)});
-            QByteArray bytes;
-            AppendLittle(bytes, count);
-            content.replace(place, 4, bytes);
-            WritePair(Stem(), MakeShapeFile(5, {content}));
-            CShapeFile file;
-            file.SetFileSpec(Name(), CShapeFile::OPENIT);
-            EXPECT_THROW((void)file.Item(1), Fout) << count;
-        }
-    }
-}
-
-TEST_F(CShapeFileTest, PartsThatStartOutsideTheirPointsAreFailures)
-{
-    for (const quint32 start : {0xFFFFFFF0u, 100u}) {
-        QByteArray content = PolygonContent({Rectangle(0, 0, 1, 1), Rectangle(2, 2, 3, 3)});
-        QByteArray bytes;
-        AppendLittle(bytes, start);
-        content.replace(48, 4, bytes);
-        WritePair(Stem(), MakeShapeFile(5, {content}));
-        CShapeFile file;
-        file.SetFileSpec(Name(), CShapeFile::OPENIT);
-        EXPECT_THROW((void)file.Item(1), Fout) << start;
-    }
-}
-
-TEST_F(CShapeFileTest, WhatAFileLacksAtItsEndReadsAsZeros)
-{
-    auto pair = MakeShapeFile(5, {PolygonContent({{{1, 2}, {3, 4}}})});
-    pair.shp.chop(16);
-    WritePair(Stem(), pair);
-    CShapeFile file;
-    file.SetFileSpec(Name(), CShapeFile::OPENIT);
-    const auto polygon = std::dynamic_pointer_cast<CPolygon>(file.Item(1));
-    ASSERT_EQ(polygon->Item(1)->Count(), 2);
-    EXPECT_EQ(polygon->Item(1)->Item(1)->Y(), 2);
-    EXPECT_EQ(polygon->Item(1)->Item(2)->X(), 0);
 }
 
 // --- an outside judge

@@ -125,6 +125,26 @@ TEST_F(MapLayerTest, TakesLittleMoreMemoryThanItsPoints)
 
 // --- the reader
 
+TEST_F(MapLayerTest, AFileTooLargeForItsFormatIsRefusedUnread)
+{
+    WritePair(Path("groot"), MakePolygonFile({{Rectangle(0, 0, 10, 10)}}));
+    // Offsets count words in 31 bits; on the disc the rest of it is a hole.
+    ASSERT_TRUE(QFile::resize(Path("groot.shp"), qint64(5) * 1024 * 1024 * 1024));
+    const MapLayer layer(Path("groot.shp"));
+    EXPECT_FALSE(layer.Valid());
+    EXPECT_EQ(layer.Error(), "het bestand is te groot");
+}
+
+TEST_F(MapLayerTest, TellsInDutchWhyAFileCannotBeUsed)
+{
+    EXPECT_EQ(MapLayer(Path("nergens.shp")).Error(), "het bestand kan niet worden gelezen");
+    const auto pair = MakePolygonFile({{Rectangle(0, 0, 10, 10)}});
+    WriteBytes(Path("kort.shp"), pair.shp.chopped(1));
+    EXPECT_EQ(MapLayer(Path("kort.shp")).Error(), "het bestand is te kort");
+    WriteBytes(Path("brief.shp"), QByteArray(200, 'a'));
+    EXPECT_EQ(MapLayer(Path("brief.shp")).Error(), "het is geen shapebestand");
+}
+
 TEST(ShapeLayerDataTest, ReadsWithoutAnIndexAsWell)
 {
     const auto pair = MakePolygonFile({{Rectangle(0, 0, 10, 10)}, {}, {Rectangle(1, 1, 2, 2)}});
@@ -223,6 +243,37 @@ TEST(ShapeLayerDataTest, RefusesAnIndexThatLies)
         EXPECT_FALSE(Read(pair.shp, shx)) << offset;
     }
     EXPECT_FALSE(Read(pair.shp, "geen index"));
+}
+
+TEST(ShapeLayerDataTest, RefusesRecordsThatLieInsideEachOther)
+{
+    // Each record's points hold all records behind it: what a small file
+    // announces together would fill any memory.
+    constexpr int kRecords = 20;
+    QByteArray behind(1000 * 16, '\0');
+    QByteArray index;
+    std::vector<qsizetype> sizes;
+    for (int number = kRecords; number > 0; --number) {
+        const auto points = static_cast<quint32>(behind.size() / 16);
+        QByteArray record;
+        AppendBig(record, static_cast<quint32>(number));
+        AppendBig(record, (48 + 16 * points) / 2);
+        record += PolygonContent({{}}).first(40);
+        AppendLittle(record, points);
+        AppendLittle(record, 0);
+        behind = record + behind;
+        sizes.push_back(behind.size());
+    }
+    const qsizetype length = 100 + behind.size();
+    for (int number = 1; number <= kRecords; ++number) {
+        const auto place = length - sizes[static_cast<std::size_t>(kRecords - number)];
+        AppendBig(index, static_cast<quint32>(place / 2));
+        AppendBig(index, 0); // not looked at
+    }
+    const QByteArray shp = ShapeHeader(5, length) + behind;
+    const QByteArray one = ShapeHeader(5, 108) + index.first(8);
+    EXPECT_TRUE(Read(shp, one)) << "the first record alone is in order";
+    EXPECT_FALSE(Read(shp, ShapeHeader(5, 100 + index.size()) + index));
 }
 
 TEST(ShapeLayerDataTest, RefusesRecordsOfAnotherType)

@@ -140,6 +140,32 @@ TEST_F(ProgramsTest, FilesThatCannotBeReadAreNamed)
     EXPECT_TRUE(m_messages.contains("QLMGis"));
 }
 
+TEST_F(ProgramsTest, AMapThatCannotBeUsedIsNamedWithItsReasonInDutch)
+{
+    WriteBytes(Path("kapot.shp"), QByteArray(200, 'a'));
+    EXPECT_EQ(Run(RunStrijklengte, {Path("kapot.shp")}), CannotRead);
+    EXPECT_EQ(m_messages,
+              (Path("kapot.shp") + ": geen bruikbaar vlakkenbestand (het is geen shapebestand)\n")
+                  .toUtf8());
+}
+
+TEST_F(ProgramsTest, AnOutputThatCannotBeWrittenIsTold)
+{
+#ifdef __linux__
+    QFile full("/dev/full");
+    ASSERT_TRUE(full.open(QIODevice::WriteOnly));
+    QByteArray input = "A,500,200\nB,600,200\n";
+    QBuffer in(&input);
+    QBuffer messages(&m_messages);
+    in.open(QIODevice::ReadOnly);
+    messages.open(QIODevice::WriteOnly);
+    EXPECT_EQ(RunStrijklengte({Basin()}, {in, full, messages, false}), CannotWrite);
+    EXPECT_EQ(m_messages, "de uitvoer kan niet worden geschreven\n");
+#else
+    GTEST_SKIP();
+#endif
+}
+
 TEST_F(ProgramsTest, BadLinesAreNamedByTheirNumber)
 {
     const QString basin = Basin();

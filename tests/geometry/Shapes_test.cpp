@@ -130,6 +130,11 @@ TEST(ShapeCollectionTest, AnIndexOutOfRangeIsARunTimeFailure)
         EXPECT_THROW(line.Remove(index), Fout);
     }
     EXPECT_NO_THROW((void)line.Item(1));
+    try {
+        (void)line.Item(2);
+    } catch (const Fout& fout) {
+        EXPECT_EQ(fout.Description(), "Element 2 bestaat niet; er zijn er 1.");
+    }
 }
 
 TEST(ShapeCollectionTest, IsWalkedInOrder)

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 using geometry::Punt;
@@ -94,6 +96,15 @@ TEST_F(StrijklengtePlotTest, PlotsNoPolygonWithoutExactlyOne)
     Load({{kBasin}, {Rectangle(100, 100, 900, 300)}});
     m_strijklengte.PlotPolygonen(chart, 300, 200);  // two
     m_strijklengte.PlotPolygonen(chart, 3000, 200); // none
+    EXPECT_TRUE(chart.series.empty());
+}
+
+TEST_F(StrijklengtePlotTest, PlotsNoPolygonWhereTheSearchFails)
+{
+    const double endless = std::numeric_limits<double>::infinity();
+    Load({{kBasin, {{10, 10}, {20, endless}, {30, 10}}}});
+    FakeChart chart;
+    EXPECT_NO_THROW(m_strijklengte.PlotPolygonen(chart, 500, 200));
     EXPECT_TRUE(chart.series.empty());
 }
 

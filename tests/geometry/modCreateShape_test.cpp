@@ -2,11 +2,14 @@
 #include "geometry/CShapeFile.h"
 #include "geometry/modCreateShape.h"
 
+#include "../navigation/FullDisk.h"
 #include "ShapeBytes.h"
 #include "TemporaryFolder.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace {
 
@@ -133,8 +136,70 @@ TEST_F(modCreateShapeTest, LargeAndNegativeNumbersFitTheTable)
 
 TEST_F(modCreateShapeTest, AYThatIsNoWholeNumberOfTheTableLeavesNothingBehind)
 {
-    EXPECT_THROW(modCreateShape(Path("a.shp"), {50, {{1, 1, "a", 0}, {1, 3e9, "b", 0}}}), Fout);
-    EXPECT_EQ(Files(), QStringList());
+    for (const double y : {3e9, -3e9, std::nan("")}) {
+        try {
+            modCreateShape(Path("a.shp"), {50, {{1, 1, "a", 0}, {1, y, "Lutjebroek", 0}}});
+            ADD_FAILURE() << "no failure";
+        } catch (const Fout& fout) {
+            EXPECT_TRUE(fout.Description().startsWith("De y-coördinaat van Lutjebroek "));
+        }
+        EXPECT_EQ(Files(), QStringList());
+    }
+}
+
+TEST_F(modCreateShapeTest, AFullDiskLeavesNothingHalf)
+{
+    if (!FullDisk::Works())
+        GTEST_SKIP();
+    LocatiePunten punten;
+    for (int i = 0; i < 200; ++i)
+        punten.locaties.push_back({1000.0 + i, 2000.0 + i, "locatie", 1});
+    int made = 0;
+    int failed = 0;
+    for (long room = 0; room < 32000; room += 500) {
+        QString text;
+        {
+            const FullDisk full(room);
+            try {
+                made += modCreateShape(Path("vol.shp"), punten);
+            } catch (const Fout& fout) {
+                text = fout.Description();
+                ++failed;
+            }
+        }
+        if (!text.isEmpty()) {
+            EXPECT_EQ(text.section('|', 0, 0), "Het bestand kan niet worden geschreven.") << room;
+        }
+        if (Files().isEmpty())
+            continue;
+        EXPECT_EQ(Files(), QStringList({"vol.dbf", "vol.shp", "vol.shx"})) << room;
+        EXPECT_EQ(ReadTable(Path("vol.dbf")).rows.size(), 200u) << room;
+        for (const QString& file : Files())
+            QFile::remove(Path(file));
+    }
+    EXPECT_GT(made, 0);
+    EXPECT_GT(failed, 0);
+}
+
+TEST_F(modCreateShapeTest, PathsMayHoldBlanksAndOtherLetters)
+{
+    const QString folder = Path(QString::fromUtf8("Súdwest Fryslân 10%"));
+    QDir().mkdir(folder);
+    ASSERT_TRUE(RebuildLocationShape(folder, QString::fromUtf8("Noord & Zuid – łąka"),
+                                     {50, {{1, 2, "a", 0}}}));
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files).size(), 3);
+}
+
+TEST_F(modCreateShapeTest, CoordinatesThatTheTableCannotHoldStayEmpty)
+{
+    for (const double x : {1e300, -1e22, std::nan("")}) {
+        ASSERT_TRUE(modCreateShape(Path("a.shp"), {50, {{x, 1, "a", 0}, {7, 8, "b", 0}}}));
+        const Table table = ReadTable(Path("a.dbf"));
+        ASSERT_EQ(table.rows.size(), 2u);
+        const QByteArray text = table.rows[0][0];
+        EXPECT_EQ(text, QByteArray(text.size(), '*')) << "not an empty number";
+        EXPECT_EQ(table.rows[1][0].toDouble(), 7);
+    }
 }
 
 TEST_F(modCreateShapeTest, WithoutAFolderNothingIsMade)

@@ -1,10 +1,13 @@
 #include "maps/MapValues.h"
 
+#include "../navigation/FullDisk.h"
 #include "FakePorts.h"
 #include "TemporaryFolder.h"
 
+#include "frame/Fouten.h"
 #include "frame/Globals.h"
 #include "frame/Paths.h"
+#include "frame/QLMFile.h"
 
 #include <gtest/gtest.h>
 
@@ -55,6 +58,42 @@ TEST_F(LegendFileTest, WithoutClassesOnlyTheHeaderIsWritten)
     EXPECT_TRUE(waarden.SaveFile(Pad()));
     EXPECT_TRUE(Inhoud().ends_with("# Kleurenpalet: default\r\n"));
     EXPECT_FALSE(waarden.OpenFile(Pad(), palet));
+}
+
+TEST_F(LegendFileTest, AFullDiskLeavesNoHalfLegendAndNoOpenFile)
+{
+    if (!FullDisk::Works())
+        GTEST_SKIP();
+    waarden.MaakFixedKlassegrenzen(0, 1, 5);
+    {
+        const FullDisk vol(90); // in the middle of the boundaries
+        EXPECT_THROW(waarden.SaveFile(Pad()), Fout);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "Legenda.zlb"))
+        << "half a legend would be read as another one";
+    const int eerste = gFile().FOpen(Pad("ander.zlb"), QLMFile::Output);
+    gFile().FClose(eerste);
+    EXPECT_EQ(eerste, 1) << "the number is still taken";
+    EXPECT_TRUE(waarden.SaveFile(Pad()));
+}
+
+TEST_F(LegendFileTest, ATargetThatMayNotBeWrittenIsFalseAndStays)
+{
+    Bestand("# Versie: 1.0\r\n1\r\n2\r\n");
+    const std::string vorige = Inhoud();
+    SetReadOnly(Pad(), true);
+    EXPECT_FALSE(waarden.SaveFile(Pad()));
+    SetReadOnly(Pad(), false);
+    EXPECT_EQ(Inhoud(), vorige);
+    EXPECT_FALSE(waarden.SaveFile(Pad("nergens/Legenda.zlb")));
+}
+
+TEST_F(LegendFileTest, PathsMayHoldBlanksAndOtherLetters)
+{
+    waarden.MaakFixedKlassegrenzen(0, 1, 2);
+    const QString pad = Pad("Súdwest Fryslân – łąka.zlb");
+    ASSERT_TRUE(waarden.SaveFile(pad));
+    EXPECT_TRUE(waarden.OpenFile(pad, palet));
 }
 
 TEST_F(LegendFileTest, SixBoundariesGiveFiveClasses)

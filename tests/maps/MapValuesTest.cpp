@@ -54,6 +54,17 @@ TEST(MapValuesDataTest, TheZeroElementIsNoExtreme)
     EXPECT_EQ(waarden.Maximum(), 5);
 }
 
+TEST(MapValuesDataTest, WithoutDataTheExtremesAreTheWrongWayRound)
+{
+    MapValues waarden;
+    EXPECT_EQ(waarden.Minimum(), 1.79769313486231E+308);
+    EXPECT_EQ(waarden.Maximum(), -1.79769313486231E+308);
+    waarden.AddData(1, 2, 3);
+    waarden.ClearData();
+    EXPECT_EQ(waarden.Minimum(), 1.79769313486231E+308);
+    EXPECT_EQ(waarden.Maximum(), -1.79769313486231E+308);
+}
+
 TEST(MapValuesDataTest, ClearDataLeavesTheZeroElement)
 {
     MapValues waarden;

@@ -29,7 +29,7 @@ NOERROR, UNSPECIFIED, POINTINNOPOLY (niet in het water, of te dicht bij de
 oever) of POINTINMULTIPOLYS.
 
 Eindcode: 0 alles berekend, 1 een of meer locaties niet, 2 verkeerde aanroep,
-3 bestand niet leesbaar.
+3 bestand niet leesbaar, 4 uitvoer niet te schrijven.
 )";
 
 constexpr char kBodemhoogteHelp[] =
@@ -45,12 +45,25 @@ De uitkomst gaat als CSV naar de standaarduitvoer, met een status per locatie:
 NOERROR, DLLERROR, UNSPECIFIED of POINTOUTSIDEGRID.
 
 Eindcode: 0 alles berekend, 1 een of meer locaties niet, 2 verkeerde aanroep,
-3 bestand niet leesbaar.
+3 bestand niet leesbaar, 4 uitvoer niet te schrijven.
 )";
+
+class UitvoerFout : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 double Direction(int sector)
 {
     return sector * (360.0 / kSectoren);
+}
+
+// Writes at once: a full disk is to show before the next computation.
+void Write(const Streams& streams, const QByteArray& text)
+{
+    auto* file = qobject_cast<QFileDevice*>(&streams.out);
+    if (streams.out.write(text) != text.size() || (file && !file->flush()))
+        throw UitvoerFout("de uitvoer kan niet worden geschreven");
 }
 
 void Say(const Streams& streams, const QString& text)
@@ -115,20 +128,23 @@ int Run(const QStringList& arguments, const Streams& streams, const char* help, 
                 first.Add("y");
                 first.Add("status");
                 heading(first);
-                streams.out.write(first.Text());
+                Write(streams, first.Text());
             }
             CsvLine line(rij.naam, locaties.Separator());
             line.Add(rij.x);
             line.Add(rij.y);
             if (!addOutcome(rij, line))
                 code = SomeNotComputed;
-            streams.out.write(line.Text());
+            Write(streams, line.Text());
             if (streams.showProgress && count % 10 == 0)
                 streams.messages.write("\r" + QByteArray::number(count) + " locaties");
         }
     } catch (const InvoerFout& fout) {
         Say(streams, QString::fromUtf8(fout.what()));
         code = CannotRead;
+    } catch (const UitvoerFout& fout) {
+        Say(streams, QString::fromUtf8(fout.what()));
+        code = CannotWrite;
     }
     if (streams.showProgress && count > 0)
         Say(streams, "\r" + QString::number(count) + " locaties");

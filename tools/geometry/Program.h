@@ -11,6 +11,7 @@ enum ExitCode {
     SomeNotComputed = 1, ///< a location has a status instead of values
     WrongCall = 2,
     CannotRead = 3, ///< the map, the grid's library or the locations
+    CannotWrite = 4,
 };
 
 /// Where a program reads and writes.
