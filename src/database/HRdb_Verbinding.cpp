@@ -1,4 +1,6 @@
 #include "database/HRdb.h"
+
+#include "database/FolderChanges.h"
 #include "database/SqlTekst.h"
 #include "database/Transactie.h"
 
@@ -87,6 +89,8 @@ OpenResult HRdb::OpenOrThrow(const QString& path, bool readOnly, bool check)
         m_copyKept = false;
         m_copyReport.clear();
         Connect(readOnly);
+        if (!readOnly)
+            FolderChanges::UndoInterrupted(WerkMap());
         if (check) {
             if (m_statusbarForm)
                 m_statusbarForm->SetStatusBarText(

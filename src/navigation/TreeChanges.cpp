@@ -1,5 +1,6 @@
 #include "navigation/TreeChanges.h"
 
+#include "database/FolderChanges.h"
 #include "database/HRdb.h"
 #include "database/Transactie.h"
 #include "frame/FileSystemObject.h"
@@ -7,7 +8,6 @@
 #include "frame/Globals.h"
 #include "frame/Paths.h"
 #include "frame/Windows1252.h"
-#include "navigation/FolderChanges.h"
 #include "navigation/NavTree.h"
 #include "navigation/NodePaths.h"
 
@@ -196,6 +196,7 @@ void TreeChanges::DeleteHere(QTreeWidgetItem* node)
     }
     folders.Remove(Path(node));
     rows.Commit();
+    folders.Keep();
     m_tree.removeBerekeningFromLocationNode(owner, mapnaam);
     RebuildBerekeningen();
     folders.Commit();
@@ -211,6 +212,7 @@ void TreeChanges::DeleteEverywhere(const QString& naam)
     for (const QTreeWidgetItem* node : nodes)
         folders.Remove(Path(node));
     rows.Commit();
+    folders.Keep();
     for (const QTreeWidgetItem* node : nodes)
         m_tree.removeBerekeningFromLocationNode(node->parent()->parent(), node->text(0));
     m_tree.removeBerekeningFromTreeview(naam);
@@ -224,6 +226,7 @@ void TreeChanges::DeleteDijkring(QTreeWidgetItem* node)
     m_database.DeleteDijkring(node->text(0));
     folders.Remove(Path(node));
     rows.Commit();
+    folders.Keep();
     m_tree.Remove(node);
     folders.Commit();
 }
@@ -241,6 +244,7 @@ void TreeChanges::DeleteLocaties(const QStringList& namen)
     }
     const auto emptyRings = DijkringenWithoutRows();
     rows.Commit();
+    folders.Keep();
     for (const QString& naam : namen)
         m_tree.Remove(m_tree.GetNodeByKey(m_tree.JoinKey(navkey::RootLocaties, naam)));
     for (QTreeWidgetItem* ring : emptyRings)

@@ -8,7 +8,7 @@
 #include "mainwindow/parts/MainPanes.h"
 #include "maps/ui/MapView.h"
 #include "navigation/MapSelection.h"
-#include "navigation/WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 #include "profiles/ui/frmLocaties.h"
 
 #include <QMenu>

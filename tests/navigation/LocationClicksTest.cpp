@@ -1,6 +1,6 @@
 #include "navigation/LocationClicks.h"
 
-#include "WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 #include "navigation/MapSelection.h"
 #include "navigation/NavTree.h"
 

@@ -1,6 +1,6 @@
 #include "navigation/MapSelection.h"
 
-#include "WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 #include "navigation/NavTree.h"
 
 #include <QTreeWidget>

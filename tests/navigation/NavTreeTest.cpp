@@ -1,7 +1,7 @@
 #include "navigation/NavTree.h"
 
 #include "MaakDatabase.h"
-#include "WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 
 #include <QTreeWidget>
 

@@ -1,6 +1,6 @@
 #include "navigation/OpenBranches.h"
 
-#include "WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 #include "frame/QLMIniFile.h"
 #include "navigation/NavTree.h"
 #include "navigation/TreeFilter.h"

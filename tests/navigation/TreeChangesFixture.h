@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 #include "navigation/NavTree.h"
 #include "navigation/TreeChanges.h"
 

@@ -3,7 +3,7 @@
 #include "BoxReader.h"
 #include "calculation/LogViewer.h"
 #include "navigation/MapSelection.h"
-#include "navigation/WerkmapFixture.h"
+#include "database/WerkmapFixture.h"
 #include "profiles/ui/BrowserHost.h"
 #include "profiles/ui/frmLocaties.h"
 

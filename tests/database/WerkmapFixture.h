@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/DatabaseFixture.h"
+#include "DatabaseFixture.h"
 
 #include <QDir>
 #include <QFile>
