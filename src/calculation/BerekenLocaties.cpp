@@ -170,18 +170,22 @@ private:
         job->InitialiseerLocatie(m_batch.naam, paar.map, paar.wat.locatie);
         job->ToonVoortgang(m_verloop.gedaan + 1, m_verloop.Gepland() - m_overgeslagen);
         job->Toon();
-        if (job->IsAbortedByUser())
-            Breek(paar);
-        else
-            Verwerk(paar, locatie, job->ExitCode());
+        if (job->IsAbortedByUser()) {
+            BreekAf();
+            if (gFso().FolderExists(paar.map))
+                gFso().DeleteFolder(paar.map, true);
+            return;
+        }
+        Verwerk(paar, locatie, job->ExitCode());
+        const bool isLaatste = m_verloop.niet.size() == m_overgeslagen;
+        if (job->IsBatchStopped() && !isLaatste)
+            BreekAf();
     }
 
-    void Breek(const Paar& paar)
+    void BreekAf()
     {
         m_verloop.afgebroken = true;
         m_deelnemers.hoofdscherm.SetStatusBarTextByNumber(kStatusAfgebroken);
-        if (gFso().FolderExists(paar.map))
-            gFso().DeleteFolder(paar.map, true);
     }
 
     /// A calculation that failed is still a calculation.

@@ -50,7 +50,11 @@ public:
     virtual void ToonVoortgang(int nummer, int aantal) = 0;
     /// Shows the form modally; the core runs meanwhile.
     virtual void Toon() = 0;
+    /// The core was killed.
     virtual bool IsAbortedByUser() const = 0;
+    /// The user wants the batch to end here. When the core was done before he said so,
+    /// the run is not aborted: its results stay.
+    virtual bool IsBatchStopped() const = 0;
     virtual int ExitCode() const = 0;
 };
 

@@ -7,6 +7,7 @@
 #include "frame/FileSystemObject.h"
 #include "frame/Fouten.h"
 #include "frame/Globals.h"
+#include "frame/Numbers.h"
 #include "frame/Paths.h"
 #include "frame/Ports.h"
 #include "frame/QLMFile.h"
@@ -15,7 +16,6 @@
 #include <QDateTime>
 #include <QList>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -73,7 +73,8 @@ QString InvoerPad(const QString& map)
 
 void SchrijfGolfgroei(Uitvoer& uit, int module, double correctiefactor)
 {
-    uit.Regel("GOLFGROEIMODULE", GolfgroeimoduleSleutelwoord(module), kAanhaling);
+    if (const QString woord = GolfgroeimoduleSleutelwoord(module); !woord.isEmpty())
+        uit.Regel("GOLFGROEIMODULE", woord, kAanhaling);
     if (correctiefactor != kNietBekend)
         uit.Regel("GOLFCORRFACTOR", InvoerGetal(correctiefactor), kKaal);
 }
@@ -185,11 +186,12 @@ private:
         for (int i = 1; i <= aantal; ++i) {
             const double herhalingstijd = LeesGetal(instelling::Freq, i);
             m_herhalingstijden << herhalingstijd;
-            if (herhalingstijd == 0)
+            const double frequentie = 1 / herhalingstijd;
+            if (!std::isfinite(frequentie))
                 RaiseRuntimeFout(RuntimeFout::DivisionByZero,
                                  "Een herhalingstijd in de rekeninstellingen is geen getal "
                                  "groter dan 0.");
-            m_uit.Regel("FREQ", InvoerGetal(1 / herhalingstijd), kKaal);
+            m_uit.Regel("FREQ", InvoerGetal(frequentie), kKaal);
         }
     }
 
@@ -321,19 +323,15 @@ void SchrijfAlgemeen(int bestand, HRdb& database, const QString& map)
 
 QString InvoerGetal(double waarde)
 {
-    constexpr int kCijfers = 15;
-    QString tekst = QString::number(waarde, 'g', kCijfers);
-    if (!tekst.contains('e') || !std::isfinite(waarde))
+    const QString tekst = NumberText(waarde);
+    const qsizetype e = tekst.indexOf('E');
+    if (e < 0)
         return tekst;
-    const int macht = static_cast<int>(std::floor(std::log10(std::fabs(waarde))));
-    tekst = QString::number(waarde, 'f', std::max(0, kCijfers - 1 - macht));
-    if (tekst.contains('.')) {
-        while (tekst.endsWith('0'))
-            tekst.chop(1);
-        if (tekst.endsWith('.'))
-            tekst.chop(1);
-    }
-    return tekst;
+    const QString minteken = tekst.startsWith('-') ? "-" : "";
+    const QString cijfers = tekst.left(e).remove('-').remove('.');
+    const int macht = tekst.mid(e + 1).toInt(); // of ten, of the first digit
+    return minteken + (macht < 0 ? "0." + QString(-macht - 1, '0') + cijfers
+                                 : cijfers.leftJustified(macht + 1, '0'));
 }
 
 bool SchrijfInvoerBestand(HRdb& database, const QString& instellingen,

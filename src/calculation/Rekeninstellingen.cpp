@@ -4,7 +4,11 @@
 #include "frame/Convert.h"
 #include "frame/FileSystemObject.h"
 #include "frame/Globals.h"
+#include "frame/Numbers.h"
 #include "frame/QLMIniFile.h"
+
+#include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -18,6 +22,15 @@ QString LeesUit(const QString& bestand, const Instelling& instelling)
 {
     QLMIniFile ini(bestand);
     return LeesInstelling(ini, instelling, Standaard::Invoerbestand);
+}
+
+/// An index beyond all types is one that no option has, as 7 is, and no error: the
+/// settings dialog can be reached only through forms that read it.
+int LeesIndexUit(const QString& bestand, const Instelling& instelling)
+{
+    using Grenzen = std::numeric_limits<qint16>;
+    const double waarde = RoundToEven(ParseNumber(LeesUit(bestand, instelling)).value_or(0));
+    return static_cast<int>(std::clamp(waarde, double((Grenzen::min)()), double((Grenzen::max)())));
 }
 
 } // namespace
@@ -43,7 +56,7 @@ QString InstellingenBestand()
 
 int LeesIndexFaalmechanisme(const QString& bestand)
 {
-    return gConvert().ConvInt(LeesUit(bestand, instelling::IndexFaalmechanisme));
+    return LeesIndexUit(bestand, instelling::IndexFaalmechanisme);
 }
 
 double LeesOverslagdebiet(const QString& bestand)
@@ -53,7 +66,7 @@ double LeesOverslagdebiet(const QString& bestand)
 
 int LeesIndexGolfgroeimodule(const QString& bestand)
 {
-    return gConvert().ConvInt(LeesUit(bestand, instelling::IndexGolfgroeimodule));
+    return LeesIndexUit(bestand, instelling::IndexGolfgroeimodule);
 }
 
 double LeesGolfCorrFactor(const QString& bestand)

@@ -165,7 +165,9 @@ RunResult ProcessRunner::Execute(RunForm* form, const ProgramCall& call,
     m_process = nullptr;
     m_rekent = false;
 
-    RunResult result{ExitCodeOf(process), m_abortedByUser};
+    // A program that was done before the kill reached it has not been aborted.
+    RunResult result{ExitCodeOf(process),
+                     m_abortedByUser && process.exitStatus() == QProcess::CrashExit};
     if (result.aborted) {
         result.exitCode = kTerminated;
         output.AddLine("\r\n" + AbortedByUser());
@@ -187,8 +189,8 @@ int ProcessRunner::ExecuteWithResult(const ProgramCall& call, const QString& wor
 
 void ProcessRunner::Terminate()
 {
-    if (!m_process)
-        return;
+    if (!m_process || m_process->state() == QProcess::NotRunning)
+        return; // it may have ended under a question whether to stop it
     m_abortedByUser = true;
     m_process->kill();
 }

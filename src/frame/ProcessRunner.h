@@ -50,7 +50,8 @@ public:
     /// Runs a program that ends quickly, without events; returns all output.
     int ExecuteWithResult(const ProgramCall& call, const QString& workingFolder, QString& output);
 
-    /// Kills the running program; Execute then returns with `aborted`.
+    /// Kills the running program; Execute then returns with `aborted`. Too late for one
+    /// that has ended, also when Execute has not returned yet: its own code counts.
     void Terminate();
 
     /// A program is running.

@@ -53,6 +53,7 @@ public:
 struct Verloop {
     int exitCode = 0;
     bool afgebroken = false;
+    bool gestopt = false; ///< too late to abort this one
 };
 
 } // namespace
@@ -93,6 +94,7 @@ protected:
                 m_test.bijToon();
         }
         bool IsAbortedByUser() const override { return m_verloop.afgebroken; }
+        bool IsBatchStopped() const override { return m_verloop.afgebroken || m_verloop.gestopt; }
         int ExitCode() const override { return m_verloop.exitCode; }
 
     private:
@@ -190,6 +192,31 @@ TEST_F(BerekenLocatiesTest, AnAbortRemovesThatFolderAndEndsTheBatch)
     EXPECT_EQ(Lees("SELECT COUNT(*) FROM Resultaat WHERE Locatie_ID=2"), (Rijen{{"1"}}))
         << "its rows stay behind";
     EXPECT_FALSE(status.text.isEmpty());
+}
+
+TEST_F(BerekenLocatiesTest, AStopThatComesTooLateForARunKeepsItAndEndsTheBatch)
+{
+    script = {{0, false}, {3, false, true}};
+    const auto verloop = Bereken();
+    EXPECT_TRUE(verloop.afgebroken);
+    EXPECT_EQ(verloop.gedaan, 2);
+    EXPECT_EQ(verloop.niet, QStringList{"Plas-03: ontwerp_berm 1op3"});
+    EXPECT_EQ(gestart.size(), 2);
+    EXPECT_TRUE(QDir(Map("Plas-02", "ontwerp_Voorland 1op4")).exists());
+    EXPECT_EQ(boom.bijLocatie.size(), 2);
+    EXPECT_EQ(log.text, "Plas-01: ontwerp_gras 1op3 OK\r\n"
+                        "Plas-02: ontwerp_voorland 1op4 FOUT: EXITCODE=3\r\n");
+    EXPECT_FALSE(status.text.isEmpty());
+}
+
+TEST_F(BerekenLocatiesTest, AStopThatComesTooLateForTheLastRunStopsNothing)
+{
+    batch.paren.prepend({"bestaat niet", "Gras 1op3"}); // passed over
+    script = {{0, false}, {0, false}, {0, false, true}};
+    const auto verloop = Bereken();
+    EXPECT_EQ(verloop.gedaan, 3);
+    EXPECT_FALSE(verloop.afgebroken);
+    EXPECT_TRUE(status.text.isEmpty());
 }
 
 TEST_F(BerekenLocatiesTest, AllQuestionsComeBeforeTheFirstRun)

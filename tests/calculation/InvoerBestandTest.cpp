@@ -19,6 +19,41 @@ QByteArray LeesBestand(const QString& pad)
     return bestand.open(QIODevice::ReadOnly) ? bestand.readAll() : QByteArray("(geen bestand)");
 }
 
+/// A settings file with this value in every key.
+QByteArray OveralDezelfdeWaarde(const QByteArray& waarde)
+{
+    using namespace instelling;
+    QByteArray inhoud, sectie;
+    for (const Instelling& sleutel : {NormFreq,
+                                      ExtraFreq,
+                                      NFreq,
+                                      KruinhProfiel,
+                                      ExtraKruinh,
+                                      NKruin,
+                                      IndexFaalmechanisme,
+                                      Overslagdebiet,
+                                      IndexGolfgroeimodule,
+                                      GolfCorrFactor,
+                                      GolfCorrFactorAan,
+                                      UitEnIll,
+                                      Windreductie,
+                                      UitsplitsenNaarAandelen,
+                                      ToeslagWSAan,
+                                      ToeslagWSVal,
+                                      ToeslagWSMemo,
+                                      ToeslagHBNAan,
+                                      ToeslagHBNVal,
+                                      ToeslagHBNMemo,
+                                      ToenameWindAan,
+                                      ToenameWindVal}) {
+        if (sectie != sleutel.sectie)
+            inhoud += "[" + QByteArray(sleutel.sectie) + "]\n";
+        sectie = sleutel.sectie;
+        inhoud += QByteArray(sleutel.sleutel) + "=" + waarde + "\n";
+    }
+    return inhoud;
+}
+
 } // namespace
 
 /// Location `Dijkpaal 12` (117, class 5: 1000 years) with profile `P1` (4); the
@@ -198,6 +233,20 @@ TEST_F(InvoerBestandTest, AnUnknownMechanismHasNoLine)
     EXPECT_EQ(Sectie("faalmechanisme"), QStringList{"GOLFGROEIMODULE = 'BRETSCHNEIDER'"});
 }
 
+TEST_F(InvoerBestandTest, AnUnknownWaveGrowthHasNoLine)
+{
+    Instellingen("[Golfgroeimodule]\nINDEXGOLFGROEIMODULE=3\n");
+    ASSERT_TRUE(Schrijf());
+    EXPECT_EQ(Sectie("faalmechanisme"), QStringList{"FAALMECHANISME = 'GOLFOPLOOP'"});
+    EXPECT_EQ(Lees("SELECT Faalmechanisme FROM Berekening WHERE Id=212"), (Rijen{{"GOLFOPLOOP"}}));
+    ASSERT_TRUE(SchrijfDijkringInvoerBestand(db, {.dijkring = "Ring Oost",
+                                                  .map = Pad("map"),
+                                                  .indexFaalmechanisme = 2,
+                                                  .indexGolfgroeimodule = 3,
+                                                  .memo = {}}));
+    EXPECT_EQ(Sectie("faalmechanisme"), QStringList{"FAALMECHANISME = 'GOLFOPLOOP'"});
+}
+
 TEST_F(InvoerBestandTest, ExtraPeriodsWithoutCountGiveNoLine)
 {
     Instellingen("[Frequenties]\nEXTRAFREQ=1\nNFREQ=0\nFREQ.1=50\n");
@@ -260,6 +309,123 @@ TEST_F(InvoerBestandTest, AllSurchargesWithTheirExplanations)
     EXPECT_EQ(Sectie("toeslagen"),
               (QStringList{"TOESLAGWS = 0.25", "TOESLAGWSMEMO = 'a'", "TOESLAGHBN = -0.5",
                            "TOESLAGHBNMEMO = ''", "TOENAMEWIND = 10"}));
+}
+
+TEST_F(InvoerBestandTest, WhatIsOnWithoutAValueHasTheWritersDefault)
+{
+    Instellingen("[Faalmechanisme]\nINDEXFAALMECHANISME=1\n"
+                 "[Golfgroeimodule]\nGOLFCORRFACTORAAN=1\n"
+                 "[Toeslagen]\nTOESLAGWSAAN=1\nTOESLAGHBNAAN=1\nTOENAMEWINDAAN=1\n");
+    ASSERT_TRUE(Schrijf());
+    EXPECT_EQ(Sectie("faalmechanisme"),
+              (QStringList{"FAALMECHANISME = 'GOLFOVERSLAG'", "OVERSLAGDEBIET = 1",
+                           "GOLFGROEIMODULE = 'BRETSCHNEIDER'", "GOLFCORRFACTOR = 1"}));
+    EXPECT_EQ(Sectie("toeslagen"),
+              (QStringList{"TOESLAGWS = 0", "TOESLAGWSMEMO = ''", "TOESLAGHBN = 0",
+                           "TOESLAGHBNMEMO = ''", "TOENAMEWIND = 0"}));
+}
+
+// --- settings that no dialog made ---
+
+TEST_F(InvoerBestandTest, TextWhereNumbersBelongCountsAsZero)
+{
+    const auto schrijf = [this](const QByteArray& inhoud) {
+        berekening.berekening += "+"; // a calculation of its own
+        Instellingen(inhoud);
+        EXPECT_TRUE(Schrijf()) << inhoud.toStdString();
+    };
+    // Flags are "0" or not, or "1" or not; an index and a count of text are 0.
+    schrijf(OveralDezelfdeWaarde("onzin"));
+    EXPECT_EQ(Sectie("faalmechanisme"), QStringList{"FAALMECHANISME = 'OVERLOOP'"});
+    EXPECT_EQ(Sectie("frequenties"), QStringList{"NORMFREQUENTIE = JA"});
+    EXPECT_EQ(Sectie("kruinhoogtes"), QStringList{"KRUINHOOGTEPROFIEL = JA"});
+    EXPECT_EQ(Sectie("extra"),
+              (QStringList{"UITENILL = JA", "WINDREDUCTIE = JA", "UITSPLITSENNAARAANDELEN = JA"}));
+    EXPECT_TRUE(Sectie("toeslagen").isEmpty());
+    // The values themselves, where they are asked for.
+    schrijf("[Kruinhoogtes]\nEXTRAKRUINH=1\nNKRUIN=2\nKRUIN.1=hoog\nKRUIN.2=1,2,3\n"
+            "[Faalmechanisme]\nINDEXFAALMECHANISME=1\nOVERSLAGDEBIET=veel\n"
+            "[Golfgroeimodule]\nINDEXGOLFGROEIMODULE=golf\nGOLFCORRFACTOR=x\n"
+            "GOLFCORRFACTORAAN=1\n"
+            "[Toeslagen]\nTOESLAGWSAAN=1\nTOESLAGWSVAL=a\nTOESLAGHBNAAN=1\nTOESLAGHBNVAL=b\n"
+            "TOENAMEWINDAAN=1\nTOENAMEWINDVAL=c\n");
+    EXPECT_EQ(Sectie("kruinhoogtes").mid(1), (QStringList{"KRUIN = 0", "KRUIN = 0"}));
+    EXPECT_EQ(Sectie("faalmechanisme").mid(1),
+              (QStringList{"OVERSLAGDEBIET = 0", "GOLFGROEIMODULE = 'BRETSCHNEIDER'",
+                           "GOLFCORRFACTOR = 0"}));
+    EXPECT_EQ(Sectie("toeslagen"),
+              (QStringList{"TOESLAGWS = 0", "TOESLAGWSMEMO = ''", "TOESLAGHBN = 0",
+                           "TOESLAGHBNMEMO = ''", "TOENAMEWIND = 0"}));
+}
+
+TEST_F(InvoerBestandTest, NumbersBeyondAllBoundsAreReportedAndNeverWritten)
+{
+    const QByteArray alles = "[Frequenties]\nEXTRAFREQ=1\nNFREQ=1\nFREQ.1=100\n"
+                             "[Kruinhoogtes]\nEXTRAKRUINH=1\nNKRUIN=1\nKRUIN.1=2\n"
+                             "[Faalmechanisme]\nINDEXFAALMECHANISME=1\nOVERSLAGDEBIET=1\n"
+                             "[Golfgroeimodule]\nGOLFCORRFACTOR=2\nGOLFCORRFACTORAAN=1\n"
+                             "[Toeslagen]\nTOESLAGWSAAN=1\nTOESLAGWSVAL=1\nTOESLAGHBNAAN=1\n"
+                             "TOESLAGHBNVAL=1\nTOENAMEWINDAAN=1\nTOENAMEWINDVAL=1\n";
+    const auto weigert = [&](const QByteArray& sleutel, const QByteArray& waarde) {
+        SCOPED_TRACE((sleutel + "=" + waarde).toStdString());
+        berekening.berekening = QString::fromLatin1(sleutel + waarde).remove('.');
+        boxes.reported.clear();
+        const QByteArray regel = "\n" + sleutel + "=";
+        const qsizetype begin = alles.indexOf(regel) + regel.size();
+        ASSERT_GE(begin, regel.size());
+        Instellingen(QByteArray(alles).replace(begin, alles.indexOf('\n', begin) - begin, waarde));
+        EXPECT_FALSE(Schrijf());
+        EXPECT_EQ(boxes.reported.size(), 1);
+        EXPECT_FALSE(Invoer().contains(QRegularExpression(
+            "= -?(inf|nan)|\\d[eE]", QRegularExpression::CaseInsensitiveOption)));
+        db.DeleteBerekening(berekening.berekening);
+    };
+    for (const char* sleutel :
+         {"NFREQ", "FREQ.1", "NKRUIN", "KRUIN.1", "OVERSLAGDEBIET", "GOLFCORRFACTOR",
+          "TOESLAGWSVAL", "TOESLAGHBNVAL", "TOENAMEWINDVAL"})
+        for (const char* waarde : {"1e999", "-1e999"})
+            weigert(sleutel, waarde);
+    weigert("NFREQ", "99999999999999999999");
+    weigert("NKRUIN", "32768");
+    weigert("FREQ.1", "1e-310"); // its inverse fits no number
+    weigert("FREQ.1", "0");
+    weigert("FREQ.1", "");
+}
+
+TEST_F(InvoerBestandTest, AnIndexBeyondAllBoundsIsAnUnknownOne)
+{
+    for (const char* index : {"1e999", "-1e999", "99999999999999999999", "32768", "-1"}) {
+        SCOPED_TRACE(index);
+        berekening.berekening += "+";
+        Instellingen(QByteArray("[Faalmechanisme]\nINDEXFAALMECHANISME=") + index +
+                     "\n[Golfgroeimodule]\nINDEXGOLFGROEIMODULE=" + index + "\n");
+        EXPECT_TRUE(Schrijf()) << boxes.reported.join('\n').toStdString();
+        EXPECT_TRUE(Sectie("faalmechanisme").isEmpty());
+        const QString ini = Pad("Instellingen.ini");
+        EXPECT_EQ(FaalmechanismeSleutelwoord(LeesIndexFaalmechanisme(ini)), "");
+        EXPECT_EQ(GolfgroeimoduleSleutelwoord(LeesIndexGolfgroeimodule(ini)), "");
+    }
+}
+
+TEST_F(InvoerBestandTest, TheReadersTakeTextForZero)
+{
+    Instellingen(OveralDezelfdeWaarde("onzin"));
+    const QString ini = Pad("Instellingen.ini");
+    EXPECT_EQ(LeesIndexFaalmechanisme(ini), 0);
+    EXPECT_EQ(LeesOverslagdebiet(ini), 0);
+    EXPECT_EQ(LeesIndexGolfgroeimodule(ini), 0);
+    EXPECT_EQ(LeesGolfCorrFactor(ini), -999) << "its flag is not 1";
+}
+
+TEST_F(InvoerBestandTest, ASettingsFileThatIsNoTextAtAllCountsAsNone)
+{
+    QByteArray bytes;
+    for (int i = 0; i < 20000; ++i)
+        bytes += static_cast<char>((i * 7919) >> 3);
+    Instellingen(bytes);
+    ASSERT_TRUE(Schrijf()) << boxes.reported.join('\n').toStdString();
+    EXPECT_EQ(Sectie("faalmechanisme"),
+              (QStringList{"FAALMECHANISME = 'GOLFOPLOOP'", "GOLFGROEIMODULE = 'BRETSCHNEIDER'"}));
 }
 
 TEST_F(InvoerBestandTest, AMemoIsCutAtTwoHundredCharacters)
@@ -421,7 +587,20 @@ TEST(InvoerGetalTest, NeverHasAnExponent)
     EXPECT_EQ(InvoerGetal(1.0 / 20000), "0.00005");
     EXPECT_EQ(InvoerGetal(-0.0000125), "-0.0000125");
     EXPECT_EQ(InvoerGetal(1e16), "10000000000000000");
+    EXPECT_EQ(InvoerGetal(1.5e15), "1500000000000000");
     EXPECT_EQ(InvoerGetal(0), "0");
+    EXPECT_EQ(InvoerGetal(-0.0), "0");
+}
+
+TEST(InvoerGetalTest, HasAtMostFifteenDigitsThatCount)
+{
+    EXPECT_EQ(InvoerGetal(123456789.1234567), "123456789.123457");
+    EXPECT_EQ(InvoerGetal(-1.2345678901234567e20), "-123456789012346000000");
+    EXPECT_EQ(InvoerGetal(1.2345678901234567e-7), "0.000000123456789012346");
+    EXPECT_EQ(InvoerGetal(0.000099999999999999999), "0.0001");
+    EXPECT_EQ(InvoerGetal(999999999999999.9), "1000000000000000");
+    EXPECT_EQ(InvoerGetal(1e308), "1" + QString(308, '0'));
+    EXPECT_EQ(InvoerGetal(1.7e-308), "0." + QString(307, '0') + "17");
 }
 
 TEST(SchrijfRegelTest, PutsTheSignInColumnThirty)

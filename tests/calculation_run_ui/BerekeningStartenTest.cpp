@@ -9,6 +9,7 @@ using BerekeningStartenTest = BatchTest;
 
 TEST_F(BerekeningStartenTest, AWholeBatchEndsInTreeDatabaseAndList)
 {
+    bijLijst = [this](QDialog&) { EXPECT_EQ(status.text, StatusBarTekst(1)); };
     const auto uitkomst = Start();
     EXPECT_TRUE(uitkomst.gestart);
     EXPECT_FALSE(uitkomst.mislukt);
@@ -145,6 +146,7 @@ TEST_F(BerekeningStartenTest, APathThatIsTooLongEndsTheBatchBeforeAnyRun)
     } catch (const Fout& fout) {
         EXPECT_EQ(fout.Number(), FoutCode(26));
     }
+    EXPECT_EQ(status.text, StatusBarTekst(1));
     EXPECT_EQ(forms.Met("frmBatchjob"), 0);
     EXPECT_EQ(forms.Met("frmBatchresult"), 0);
 }

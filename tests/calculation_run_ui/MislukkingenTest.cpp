@@ -168,8 +168,34 @@ TEST_F(MislukkingenTest, NoOnEveryWayOutOfTheSecondRunsThemAll)
         EXPECT_EQ(boxes.Texts(), (QStringList{QuestionText(5001)}));
         EXPECT_FALSE(uitkomst.verloop.afgebroken);
         EXPECT_EQ(uitkomst.verloop.gedaan, 3);
-        EXPECT_EQ(status.text, "") << "nothing is going on any more";
+        EXPECT_EQ(status.text, StatusBarTekst(1)) << "nothing is going on any more";
     }
+}
+
+TEST_F(MislukkingenTest, YesToACoreThatEndedUnderTheQuestionKeepsItAndSkipsTheThird)
+{
+    Rekenhart("echo $$ > pid; " + kTweedeDuurt);
+    BijTweede(kWegen[0]);
+    const QString map = Map("Plas-02", "ontwerp");
+    const WhenReady antwoord(
+        [&] {
+            if (!OpenBox())
+                return false;
+            QFile door(map + "/door");
+            EXPECT_TRUE(door.open(QIODevice::WriteOnly));
+            return IsWeg(map + "/pid");
+        },
+        [] { PressInBox("Ja"); });
+    const auto uitkomst = Start();
+    EXPECT_TRUE(antwoord.Done());
+    EXPECT_EQ(uitkomst.lijst, "Plas-01: ontwerp OK\r\nPlas-02: ontwerp OK\r\n");
+    EXPECT_EQ(samenvatting, "Afgebroken: 2 van 3 berekeningen uitgevoerd.\n"
+                            "Niet uitgevoerd: Plas-03: ontwerp.");
+    EXPECT_TRUE(uitkomst.verloop.afgebroken);
+    EXPECT_TRUE(InBoom("Plas-02"));
+    EXPECT_EQ(Lees(map + "/uitvoer.log"), "bezig\nklaar\n");
+    EXPECT_FALSE(QDir(Map("Plas-03", "ontwerp")).exists());
+    EXPECT_EQ(status.text, StatusBarTekst(8));
 }
 
 TEST_F(MislukkingenTest, AnExistingFolderThatCannotBeEmptiedLeavesItsPairOut)

@@ -29,6 +29,11 @@ protected:
     void ZetInstelling(const char* sectie, const char* sleutel, const QString& waarde) const;
     /// What the core does; it stands in the calculation folder then.
     void Rekenhart(const QByteArray& script) const;
+    /// Whether a core that wrote its process number into that file is gone.
+    bool IsWeg(const QString& pidBestand) const
+    {
+        return !QFile::exists("/proc/" + QString::fromLatin1(Lees(pidBestand).trimmed()));
+    }
     /// Changes the database beside the program.
     void Voeruit(const std::string& sql);
     int Tel(const QString& sql);
@@ -72,6 +77,19 @@ Control* Find(QWidget& form, const char* name)
     auto* control = form.findChild<Control*>(name);
     EXPECT_TRUE(control) << name;
     return control;
+}
+
+/// The box on the screen, if there is one.
+inline QMessageBox* OpenBox()
+{
+    return qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+}
+inline void PressInBox(const QString& knop)
+{
+    for (QAbstractButton* button : OpenBox()->buttons())
+        if (button->text() == knop)
+            return button->click();
+    ADD_FAILURE() << knop.toStdString();
 }
 
 inline void Click(QWidget& form, const char* button)

@@ -134,6 +134,7 @@ TEST_F(frmBatchjobTest, EveryWayOutAsksAndYesKillsTheCore)
         form->Toon();
         EXPECT_EQ(boxes.Texts(), (QStringList{QuestionText(5001)})) << i;
         EXPECT_TRUE(form->IsAbortedByUser()) << i;
+        EXPECT_TRUE(form->IsBatchStopped()) << i;
         EXPECT_FALSE(form->BerekeningOK());
         EXPECT_EQ(form->ExitCode(), 999);
         EXPECT_FALSE(form->isVisible());
@@ -156,8 +157,31 @@ TEST_F(frmBatchjobTest, NoLetsTheRunGoOn)
     EXPECT_EQ(boxes.DefaultButton(), "Nee");
     EXPECT_TRUE(stayed);
     EXPECT_FALSE(form->IsAbortedByUser());
+    EXPECT_FALSE(form->IsBatchStopped());
     EXPECT_EQ(form->ExitCode(), 0);
     EXPECT_TRUE(Uit("uitvoer.log").endsWith("gereed\n"));
+}
+
+TEST_F(frmBatchjobTest, YesToACoreThatEndedUnderTheQuestionAbortsNothing)
+{
+    Rekenhart("echo $$ > pid; echo bezig; while [ ! -e klaar ]; do sleep 0.02; done; exit 3");
+    const WhenReady leave = OnceBusy([&] { QTest::mouseClick(Cancel(), Qt::LeftButton); });
+    const WhenReady answer(
+        [&] {
+            if (!OpenBox())
+                return false;
+            Schrijf("klaar", "");
+            return IsWeg(map + "/pid");
+        },
+        [] { PressInBox("Ja"); });
+    form->Toon();
+    EXPECT_TRUE(answer.Done());
+    EXPECT_FALSE(form->IsAbortedByUser()) << "there was nothing left to abort";
+    EXPECT_TRUE(form->IsBatchStopped());
+    EXPECT_EQ(form->ExitCode(), 3);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(Uit("uitvoer.log").contains("GEBRUIKER"));
+    EXPECT_TRUE(IsReadOnly(map + "/uitvoer.log"));
 }
 
 TEST_F(frmBatchjobTest, OutputIsShownWhileTheCoreWorks)

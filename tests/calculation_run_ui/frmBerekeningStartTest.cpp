@@ -298,6 +298,37 @@ TEST_F(frmBerekeningStartTest, TheOverviewFileIsRemembered)
     EXPECT_EQ(gIniFile().GetString("DIJKVAKBEREKENING", "SchrijfOverzichtBestand"), "0");
 }
 
+TEST_F(frmBerekeningStartTest, ARelativeOverviewMeansOneFileEverywhere)
+{
+    // The core runs in the folder of its calculation, and would find another.
+    const std::pair<QString, QString> paden[] = {
+        {" .\\data\\los.xls ", Pad("data/los.xls")},
+        {"nergens\\los.xls", QDir::current().absoluteFilePath("nergens/los.xls")}};
+    for (const auto& [getypt, bedoeld] : paden) {
+        Invullen(getypt);
+        EXPECT_EQ(form->GetSelection(Pad("data/Instellingen.ini")).overzicht, bedoeld);
+        Click(*form, "cmdCancel");
+        Open();
+        EXPECT_EQ(OverzichtNaam()->text(), bedoeld) << "also the next time";
+    }
+    installatie.Write("data/los.xls", "oud");
+    Invullen(".\\data\\los.xls");
+    BoxReader boxes;
+    boxes.Press("Vervangen");
+    Click(*form, "cmdOK");
+    EXPECT_EQ(boxes.Texts().size(), 1);
+    EXPECT_FALSE(QFile::exists(Pad("data/los.xls"))) << "asked about, and removed";
+}
+
+TEST_F(frmBerekeningStartTest, OpensWithAnySettings)
+{
+    for (const char* index : {"onzin", "99999999999999999999", "-1e999"}) {
+        ZetInstelling("Faalmechanisme", "INDEXFAALMECHANISME", index);
+        Open();
+        EXPECT_EQ(grid->Text(0, 1), "N.V.T.") << index;
+    }
+}
+
 TEST_F(frmBerekeningStartTest, WithoutAStoredNameTheOverviewBeginsOff)
 {
     gIniFile().SaveString("DIJKVAKBEREKENING", "OverzichtBestand", "");

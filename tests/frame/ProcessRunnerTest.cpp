@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QThread>
 #include <QTimer>
 #include <QUrl>
 
@@ -275,6 +276,30 @@ TEST_F(ProcessRunnerTest, TerminateWorksDuringABurst)
     QTimer::singleShot(50, [&] { m_runner.Terminate(); });
     EXPECT_TRUE(Run({"lines", "100000000"}).aborted);
     EXPECT_TRUE(m_box.m_text.endsWith("GEBRUIKER!"));
+}
+
+TEST_F(ProcessRunnerTest, TerminateIsTooLateForAProgramThatHasEnded)
+{
+    // Ended, and noticed in an event loop of a question.
+    QTimer::singleShot(0, [&] {
+        QEventLoop question;
+        QTimer::singleShot(1000, &question, &QEventLoop::quit);
+        question.exec();
+        EXPECT_TRUE(m_runner.Rekent()) << "Execute has not returned";
+        m_runner.Terminate();
+    });
+    RunResult result = Run({"exit", "3"});
+    EXPECT_FALSE(result.aborted);
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_FALSE(m_box.m_text.contains("GEBRUIKER"));
+    // Ended, and not noticed yet.
+    QTimer::singleShot(0, [&] {
+        QThread::sleep(1);
+        m_runner.Terminate();
+    });
+    result = Run({"silent"});
+    EXPECT_FALSE(result.aborted);
+    EXPECT_EQ(result.exitCode, 0);
 }
 
 TEST_F(ProcessRunnerTest, AnAbortIsForgottenAtTheNextRun)

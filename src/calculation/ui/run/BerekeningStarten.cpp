@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr int kStatusGereed = 1;
 constexpr int kStatusBezig = 2;
 
 Batch MaakBatch(const frmBerekeningStart& form)
@@ -60,7 +61,7 @@ BerekeningStarten::Uitkomst BerekeningStarten::Start()
         BerekenLocaties(deelnemers, batch, uitkomst.verloop);
     } catch (const std::exception& fout) {
         if (uitkomst.verloop.Gepland() == 0) {
-            m_omgeving.hoofdscherm.ClearStatusBarText();
+            m_omgeving.hoofdscherm.SetStatusBarTextByNumber(kStatusGereed);
             throw; // nothing was run: there is no list to show
         }
         uitkomst.mislukt = true;
@@ -71,9 +72,9 @@ BerekeningStarten::Uitkomst BerekeningStarten::Start()
     if (m_omgeving.meldKlaar)
         m_omgeving.meldKlaar(m_omgeving.venster);
     resultaat.ToonVerloop(uitkomst.verloop, uitkomst.mislukt);
-    resultaat.exec();
     if (!uitkomst.verloop.afgebroken) // the text of a stopped batch stays
-        m_omgeving.hoofdscherm.ClearStatusBarText();
+        m_omgeving.hoofdscherm.SetStatusBarTextByNumber(kStatusGereed);
+    resultaat.exec();
     return uitkomst;
 }
 

@@ -125,7 +125,7 @@ void frmBatchjob::Start()
         m_timer.start(kTijdInterval);
         const RunResult resultaat = m_rekenrun.Start(this, m_map, m_log);
         m_exitCode = resultaat.exitCode;
-        m_abortedByUser = m_abortedByUser || resultaat.aborted;
+        m_abortedByUser = resultaat.aborted;
         m_berekeningOK = m_exitCode == 0 && !m_abortedByUser;
     } catch (...) {
         m_fout = std::current_exception();
@@ -139,9 +139,9 @@ void frmBatchjob::reject()
     if (m_rekenrun.Rekent()) {
         // The form closes when the core is gone.
         RunHandler([this] {
-            if (!m_abortedByUser && AskQuestion(this, kVraagAfbreken) == Answer::Yes) {
-                m_abortedByUser = true;
-                m_rekenrun.Terminate();
+            if (!m_batchStopped && AskQuestion(this, kVraagAfbreken) == Answer::Yes) {
+                m_batchStopped = true;
+                m_rekenrun.Terminate(); // nothing, when it ended under the question
             }
         });
         return;

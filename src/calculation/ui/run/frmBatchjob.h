@@ -40,6 +40,7 @@ public:
     void Toon() override;
 
     bool IsAbortedByUser() const override { return m_abortedByUser; }
+    bool IsBatchStopped() const override { return m_batchStopped; }
     int ExitCode() const override { return m_exitCode; }
     /// The core ended well and nobody stopped it.
     bool BerekeningOK() const { return m_berekeningOK; }
@@ -67,5 +68,6 @@ private:
     int m_indexFaalmechanisme = 0;
     bool m_gestart = false;
     bool m_abortedByUser = false;
+    bool m_batchStopped = false;
     bool m_berekeningOK = false;
 };

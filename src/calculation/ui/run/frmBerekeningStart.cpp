@@ -104,8 +104,7 @@ void frmBerekeningStart::LoadState()
 
 void frmBerekeningStart::SaveState() const
 {
-    const QString pad = m_ui->fsbOverzichtNm->text().trimmed();
-    gIniFile().SaveString(kSectie, "OverzichtBestand", pad.isEmpty() ? pad : RelativePath(pad));
+    gIniFile().SaveString(kSectie, "OverzichtBestand", RelativePath(Overzicht()));
     gIniFile().SaveString(kSectie, "SchrijfOverzichtBestand",
                           m_ui->chkOverzichtNm->isChecked() ? "1" : "0");
 }
@@ -163,6 +162,11 @@ bool frmBerekeningStart::OverzichtGevraagd() const
     return m_ui->chkOverzichtNm->isEnabled() && m_ui->chkOverzichtNm->isChecked();
 }
 
+QString frmBerekeningStart::Overzicht() const
+{
+    return AbsolutePath(m_ui->fsbOverzichtNm->text().trimmed());
+}
+
 void frmBerekeningStart::SelectAll(bool on)
 {
     // With overflow the colour is not looked at, on purpose: red rows are set too.
@@ -211,7 +215,7 @@ void frmBerekeningStart::cmdparameters_Click()
 
 void frmBerekeningStart::AskAboutOverzicht()
 {
-    const QString pad = m_ui->fsbOverzichtNm->text().trimmed();
+    const QString pad = Overzicht();
     if (!OverzichtGevraagd() || !gFso().FileExists(pad))
         return;
     const auto tekst = [this](const char* key) {
@@ -265,7 +269,7 @@ BerekeningSelectie frmBerekeningStart::GetSelection(const QString& instellingen)
         selectie.debieten << debiet;
     }
     if (OverzichtGevraagd())
-        selectie.overzicht = m_ui->fsbOverzichtNm->text().trimmed();
+        selectie.overzicht = Overzicht();
     selectie.overschrijven = m_ui->chkOverwrite->isChecked();
     if (m_omgeving.instellingen.Exists())
         selectie.memo = m_omgeving.instellingen().Memo();

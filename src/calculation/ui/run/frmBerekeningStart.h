@@ -57,6 +57,8 @@ private:
     void LoadState();
     void SaveState() const;
     bool OverzichtGevraagd() const;
+    /// Absolute: the core, which stands in another folder, must mean the same file.
+    QString Overzicht() const;
     bool IsRed(int row) const;
 
     void EnableInputs();
