@@ -8,6 +8,11 @@ Fout::Fout(ExitCode code, std::string text, std::string advice)
     : m_code(code), m_text(std::move(text)), m_advice(std::move(advice))
 {}
 
+Fout Fout::Of(std::string_view part) const
+{
+    return {m_code, std::string(part) + ": " + m_text, m_advice};
+}
+
 std::string FillIn(std::string_view text, std::string_view one, std::string_view two,
                    std::string_view three)
 {
@@ -111,11 +116,10 @@ Fout OnleesbaarInvoerbestand(std::string_view path)
             "Controleer het pad achter -INVOER."};
 }
 
-Fout OnbereikbareDatabase(std::string_view path, std::string_view reason)
+Fout OnbereikbareDatabase(std::string_view path, std::string_view reason, std::string_view advice)
 {
     return {ExitCode::Database, FillIn("De database '%1' kan niet worden geopend.", path),
-            FillIn("Sluit andere programma's die de database gebruiken en controleer het pad (%1).",
-                   reason)};
+            FillIn("%1. %2", reason, advice)};
 }
 
 Fout OnschrijfbareResultaten(std::string_view reason)

@@ -31,6 +31,8 @@ public:
     ExitCode Code() const { return m_code; }
     const std::string& Text() const { return m_text; }
     const std::string& Advice() const { return m_advice; }
+    /// The same failure, its text led in by `part`: "Plas-03: ...".
+    Fout Of(std::string_view part) const;
     const char* what() const noexcept override { return m_text.c_str(); }
 
 private:
@@ -55,7 +57,7 @@ Fout GeenEindigeWaarde(std::string_view herhalingstijd);
 Fout OnschrijfbaarBestand(std::string_view path);
 Fout GeenResultaatRijen(int berekening, std::string_view locatie);
 Fout OnleesbaarInvoerbestand(std::string_view path);
-Fout OnbereikbareDatabase(std::string_view path, std::string_view reason);
+Fout OnbereikbareDatabase(std::string_view path, std::string_view reason, std::string_view advice);
 Fout OnschrijfbareResultaten(std::string_view reason);
 
 } // namespace rekenhart

@@ -2,6 +2,19 @@
 
 namespace rekenhart {
 
+std::string_view Keyword(Variant variant)
+{
+    switch (variant) {
+    case Variant::Dijkvak:
+        return "DIJKVAK";
+    case Variant::Dijkring:
+        return "DIJKRING";
+    case Variant::Determ:
+        break;
+    }
+    return "DETERM";
+}
+
 std::string_view Keyword(Faalmechanisme mechanism)
 {
     switch (mechanism) {
@@ -41,6 +54,16 @@ std::string_view Keyword(Situatie situatie)
         break;
     }
     return "BEXTRUEXTR";
+}
+
+bool HasExtremeLevel(Situatie situatie)
+{
+    return situatie == Situatie::BextrUgem || situatie == Situatie::BextrUextr;
+}
+
+bool HasExtremeWind(Situatie situatie)
+{
+    return situatie == Situatie::BgemUextr || situatie == Situatie::BextrUextr;
 }
 
 std::string_view DisplayName(Golfgroeimodule model)

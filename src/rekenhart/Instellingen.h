@@ -57,9 +57,12 @@ struct Instellingen {
     std::vector<std::string> onbekendeSleutels;
 };
 
+std::string_view Keyword(Variant variant);
 std::string_view Keyword(Faalmechanisme mechanism);
 std::string_view Keyword(Golfgroeimodule model);
 std::string_view Keyword(Situatie situatie);
+bool HasExtremeLevel(Situatie situatie);
+bool HasExtremeWind(Situatie situatie);
 /// As a reader of the report knows it: "Young en Verhagen".
 std::string_view DisplayName(Golfgroeimodule model);
 

@@ -154,6 +154,14 @@ TEST(InputFileTest, TextIsWindows1252)
     EXPECT_EQ(InputFile("LOCATIE = 'Scheld\xE9 \x80'").Value("LOCATIE"), "Scheldé €");
 }
 
+// An editor that saves as UTF-8 says so in the first three bytes.
+TEST(InputFileTest, AFileThatBeginsWithAByteOrderMarkIsUtf8)
+{
+    const InputFile file("\xEF\xBB\xBFVARIANT = 'DIJKVAK'\nLOCATIE = 'Scheldé €'\n");
+    EXPECT_EQ(file.Value("VARIANT"), "DIJKVAK");
+    EXPECT_EQ(file.Value("LOCATIE"), "Scheldé €");
+}
+
 TEST(InputFileTest, CodePageAndUtf8GoBackAndForth)
 {
     std::string all;
@@ -180,6 +188,15 @@ TEST(InputFileTest, MissingKeysAreNamed)
         With("LOCATIE_ID", "LOCATIE_ID = -999")
             .replace(With("LOCATIE_ID", "LOCATIE_ID = -999").find("'Dijkpaal 12'"), 13, "''"),
         "Sleutel LOCATIE ontbreekt in het invoerbestand.");
+}
+
+// Some other file given by mistake must not keep the program busy with its keys.
+TEST(InputFileTest, ALargeFileOfOtherKeysIsRefusedAtOnce)
+{
+    std::string text;
+    for (int i = 0; i < 200000; ++i)
+        text += "sleutel" + std::to_string(i) + " = 1\n";
+    ExpectRefused(text, "Sleutel VARIANT ontbreekt in het invoerbestand.");
 }
 
 TEST(InputFileTest, InvalidValuesAreNamed)

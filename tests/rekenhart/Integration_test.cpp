@@ -212,6 +212,74 @@ TEST(Integration, TheDesignPointLiesOnTheLimitState)
               0.2 * distance("Eiland-1", "Palenrij", {}));
 }
 
+// A bed above the water counts as 0.10 m of water: less would make the local
+// set-up grow without bound.
+TEST(Integration, ADryBedCountsAsTenCentimetres)
+{
+    Exposed at;
+    for (SectorGegevens& sector : at.locatie.sectoren)
+        sector.bodemhoogte = 2;
+    const LoadModel model(at.locatie, nullptr, {}, Wind().transformation);
+    EXPECT_EQ(model.Evaluate(-0.6, 12, 25, LoadKind::OverflowMo).depth, 0.10);
+    EXPECT_EQ(model.Evaluate(2.05, 0, 0, LoadKind::OverflowMo).depth, 0.10);
+}
+
+// TOENAMEWIND works on the potential wind, before the transformation and the
+// table of the basin's set-up.
+TEST(Integration, TheWindIncreaseComesBeforeTheTables)
+{
+    const Exposed at;
+    Belastinginstellingen windier = Overtopping();
+    windier.toenameWind = 20;
+    const auto& transformation = Wind().transformation;
+    const LoadDetails more = LoadModel(at.locatie, &at.profiel, windier, transformation)
+                                 .Evaluate(0, 8, 20, LoadKind::Full);
+    const LoadDetails same = LoadModel(at.locatie, &at.profiel, Overtopping(), transformation)
+                                 .Evaluate(0, 8, 24, LoadKind::Full);
+    EXPECT_DOUBLE_EQ(more.waterWind, same.waterWind);
+    EXPECT_DOUBLE_EQ(more.scheefstand, same.scheefstand);
+    EXPECT_DOUBLE_EQ(more.load, same.load);
+}
+
+TEST(Integration, OnlyAWallWithANoseNeedsLessFreeboard)
+{
+    const Locatie locatie = ExampleData::Get().Locatie("Kleine-3");
+    Profiel wall = ExampleData::Get().Profiel("Damwand neus");
+    const auto freeboard = [&](int damwandmodule) {
+        wall.damwandmodule = damwandmodule;
+        return LoadModel(locatie, &wall, Overtopping(), Wind().transformation)
+            .Evaluate(0, 13, 25, LoadKind::Full)
+            .freeboard.freeboard;
+    };
+    EXPECT_GT(freeboard(2), 0.5);
+    EXPECT_NEAR(freeboard(1), 0.7 * freeboard(2), 1e-12);
+}
+
+// A set-up that falls with the wind is odd, but the table may hold it.
+TEST(Integration, TheLoadNeverFallsWithTheWind)
+{
+    Exposed at;
+    for (SectorGegevens& sector : at.locatie.sectoren)
+        sector.scheefstand = {{0, 0}, {10, 0.8}, {20, 0.1}, {30, 0.2}, {40, 0.3}};
+    const BasinLevel levels(at.locatie.streefpeil, at.locatie.peilen, 0);
+    const LoadModel model(at.locatie, nullptr, {}, Wind().transformation);
+    const LoadTable table(model, LoadKind::Full, levels, {});
+    std::vector<double> loads(table.WindNodes());
+    table.Interpolate(-0.3, 12, loads);
+    EXPECT_TRUE(std::is_sorted(loads.begin(), loads.end()));
+    EXPECT_LT(model.Load(-0.3, 12, 20, LoadKind::Full), loads[40]) << "20 m/s";
+}
+
+TEST(Integration, OfEqualSharesTheFirstSectorGoverns)
+{
+    Contributions contributions;
+    contributions.share[3] = 0.2;
+    contributions.share[7] = 0.2 + 1e-12; // rounding of the sum
+    EXPECT_EQ(contributions.DominantSector(), 3);
+    contributions.share[7] = 0.2 + 1e-8;
+    EXPECT_EQ(contributions.DominantSector(), 7);
+}
+
 TEST(Integration, SharesAreLeftOutWhenNotAskedFor)
 {
     const Exposed at;

@@ -95,7 +95,7 @@ OpenGegevensbron MemoryDatabase::Opener()
 {
     return [this](const std::string& path, Toegang) -> std::unique_ptr<Gegevensbron> {
         if (locked)
-            throw OnbereikbareDatabase(path, "in gebruik");
+            throw OnbereikbareDatabase(path, "Zij is in gebruik", "Sluit andere programma's.");
         return std::make_unique<Connection>(*this);
     };
 }

@@ -101,6 +101,7 @@ TEST(PublishedFigures, WindReductionComesFromTheSameWindAtSixtyMetres)
     EXPECT_EQ(WindReduction(0.03), 1);
     const double overRough = std::log(10 / 0.5) / std::log(60 / 0.5); // share at z0 = 0.5 m
     EXPECT_NEAR(WindReduction(0.5), overRough * 1.31, 0.005);
+    EXPECT_EQ(WindReduction(5), WindReduction(2)) << "rougher than the profile can tell";
     EXPECT_EQ(WindReduction(0.001), 1) << "smoother ground does not raise the wind";
 }
 
@@ -113,6 +114,33 @@ TEST(PublishedFigures, SimpleDamOfVanDerMeer)
     EXPECT_NEAR(DamTransmission(dam, 0, waves), 0.46, 1e-12);
     EXPECT_NEAR(DamTransmission(dam, 1.5, waves), 0.80, 1e-12);
     EXPECT_NEAR(DamTransmission(dam, -1.5, waves), 0.10, 1e-12);
+}
+
+// Linear between relative crests of -1.13 and 1.2, which it meets at its limits.
+TEST(PublishedFigures, SimpleDamIsStraightBetweenItsLimits)
+{
+    for (const int type : {1, 2, 3, 5}) {
+        Profiel dam;
+        dam.damtype = type;
+        const Waves waves{1, 4};
+        EXPECT_NEAR(DamTransmission(dam, 1.12, waves), 0.796, 1e-12);
+        EXPECT_NEAR(DamTransmission(dam, 1.14, waves), 0.80, 1e-12);
+        EXPECT_NEAR(DamTransmission(dam, -1.19, waves), 0.103, 1e-12);
+        EXPECT_NEAR(DamTransmission(dam, -1.21, waves), 0.10, 1e-12);
+    }
+}
+
+// A crest narrower than a tenth of the wave height counts as a tenth: one wave
+// height above the water -0.4 + 0.64 * 0.1^-0.31 (1 - e^-1.5) = 0.6151.
+TEST(PublishedFigures, AnEdgeInsteadOfACrestCountsAsATenthOfTheWaveHeight)
+{
+    Profiel dam;
+    dam.damtype = 4;
+    dam.damHoogte = 1;
+    dam.taludhelling = 2;
+    dam.constructietype = 1;
+    const double length = 1 / std::pow(0.5 / 3, 2);
+    EXPECT_NEAR(DamTransmission(dam, 0, {1, std::sqrt(2 * kPi * length / kG)}), 0.6151, 1e-4);
 }
 
 // D'Angremond et al. (1996) limit transmission to 0.075..0.80; permeable 0.64,
@@ -173,13 +201,19 @@ TEST(PublishedFigures, ReedDampsRandomWavesByTheKnownShareOfRegularOnes)
     reed.vegetatieBreedte = 10;
     reed.aantalLevendeStengels = 100;
     reed.seizoensinvloedFactor = 1;
-    const double depth = 1, period = 3, height = 0.5;
-    const double k = WaveNumber(period, depth), kd = k * depth;
-    const double s = std::sinh(kd);
-    const double regular = 4 / (9 * kPi) * 1.0 * 0.008 * 100 * (height / std::sqrt(2.0)) * k *
-                           (s * s * s + 3 * s) / ((std::sinh(2 * kd) + 2 * kd) * s);
-    const double decay = (1 / ReedTransmission(reed, depth, {height, period}) - 1) / 10;
-    EXPECT_NEAR(decay, regular * 3 * std::sqrt(kPi) / 4, 1e-10);
+    // From shallow water to nearly deep water.
+    for (const auto& [depth, period] : {std::pair(1.0, 3.0), std::pair(3.0, 1.5)}) {
+        const double height = 0.5;
+        const double k = WaveNumber(period, depth), kd = k * depth;
+        const double s = std::sinh(kd);
+        const double regular = 4 / (9 * kPi) * 1.0 * 0.008 * 100 * (height / std::sqrt(2.0)) * k *
+                               (s * s * s + 3 * s) / ((std::sinh(2 * kd) + 2 * kd) * s);
+        const double decay = (1 / ReedTransmission(reed, depth, {height, period}) - 1) / 10;
+        EXPECT_NEAR(decay, regular * 3 * std::sqrt(kPi) / 4, 1e-10);
+    }
+    EXPECT_TRUE(std::isfinite(ReedTransmission(reed, 2000, {0.5, 1}))) << "the sinh overflows";
+    reed.seizoensinvloedFactor = 0;
+    EXPECT_EQ(ReedTransmission(reed, 1, {0.5, 3}), 1) << "no stalks";
 }
 
 // TAW (2002): the two branches of the run-up meet at a breaker parameter of 1.75;
@@ -200,6 +234,7 @@ TEST(PublishedFigures, ObliqueAttack)
     EXPECT_NEAR(OvertoppingFreeboard({1, 4}, LoadWithBreaker(1, 0.3), 80, 1e-3).angleFactor, 0.736,
                 1e-12);
     EXPECT_EQ(ReduceForAngle({1, 4}, 80).height, 1);
+    EXPECT_NEAR(ReduceForAngle({1, 4}, 81).height, 29.0 / 30, 1e-12);
     EXPECT_NEAR(ReduceForAngle({1, 4}, 95).height, 0.5, 1e-12);
     EXPECT_NEAR(ReduceForAngle({1, 4}, 95).period, 4 * std::sqrt(0.5), 1e-12);
     EXPECT_EQ(ReduceForAngle({1, 4}, 111).height, 0);
@@ -265,6 +300,36 @@ TEST(PublishedFigures, APlaneSlopeKeepsItsSlopeAndRoughness)
     const SlopeLoad longWaves = slope.Schematise(0, {1, 5.9 * period});
     EXPECT_NEAR(longWaves.roughness, 0.8 + 0.2 * (5.9 - 1.8) / 8.2, 1e-9);
     EXPECT_NEAR(slope.Schematise(0, {1, 12 * period}).roughness, 1, 1e-12);
+}
+
+TEST(PublishedFigures, TheMeanSlopeStaysWithinOneInFiftyAndOneInOne)
+{
+    EXPECT_EQ(DikeSlope(Slope(0.5)).Schematise(0, {0.5, 3}).tanAlpha, 1);
+    EXPECT_EQ(DikeSlope(Slope(100)).Schematise(0, {0.5, 3}).tanAlpha, 0.02);
+}
+
+// Along the slope: the lower part 0.25 z2 * sqrt(10), the berm 2 m, the upper
+// part 0.5 z2 * sqrt(10).
+TEST(PublishedFigures, ALevelBermAtTheWaterLineCountsWithItsLength)
+{
+    Profiel profiel;
+    profiel.voorland = 1;
+    profiel.punten = {
+        {0, -3, 1, false}, {9, 0, 0.6, false}, {11, 0, 0.8, false}, {20, 3, 1, false}};
+    const SlopeLoad load = DikeSlope(profiel).Schematise(0, {0.8, 3});
+    ASSERT_LT(load.breaker, 1.8);
+    const double low = 0.25 * load.smoothRunUp * std::sqrt(10.0), high = 2 * low, berm = 2;
+    EXPECT_NEAR(load.roughness, (low + 0.6 * berm + 0.8 * high) / (low + berm + high), 1e-12);
+}
+
+TEST(PublishedFigures, BermsAndSteepSlopesAreToldByTheirLimits)
+{
+    EXPECT_TRUE(DikeSlope(Slope(8.5)).HasBerm());
+    EXPECT_FALSE(DikeSlope(Slope(8)).HasBerm());
+    EXPECT_FALSE(DikeSlope(Slope(7.5)).HasBerm());
+    EXPECT_TRUE(DikeSlope(Slope(1.9)).IsSteep());
+    EXPECT_FALSE(DikeSlope(Slope(2)).IsSteep());
+    EXPECT_FALSE(DikeSlope(Slope(2.1)).IsSteep());
 }
 
 // EurOtop (2007) after TAW (1997): grass 1.15 sqrt(H) for small waves, 1 from 0.75 m.

@@ -189,7 +189,7 @@ TEST_F(RekenrunTest, TheReportTellsAllThatAnEngineerChecks)
                              "Frequentielijn",
                              "Gebruikte formules"})
         EXPECT_THAT(report, HasSubstr(part));
-    EXPECT_THAT(report, Not(HasSubstr("Illustratiepunten")));
+    EXPECT_THAT(report, Not(HasSubstr("Illustratiepunten per windrichting")));
     EXPECT_THAT(report, Not(HasSubstr("nan")));
     EXPECT_EQ(report.find("\r\n"), report.find('\n') - 1);
 }
@@ -297,6 +297,30 @@ TEST_F(RekenrunTest, FailedWritingLeavesNoResultBehind)
     EXPECT_EQ(File("overzicht.xls"), "vorige regel\n") << "the overview is taken back";
 }
 
+TEST_F(RekenrunTest, FailedWritingTakesANewOverviewAway)
+{
+    database.AddRow(kBerekening, 4, 1000);
+    database.writeFails = true;
+    EXPECT_EQ(Run("OVERZICHTNM = '" + ToUtf8(folder / "overzicht.xls") + "'\r\n"),
+              ExitCode::Database);
+    EXPECT_FALSE(std::filesystem::exists(folder / "overzicht.xls"));
+}
+
+TEST_F(RekenrunTest, AFrequencyLineOfAnEarlierRunDoesNotOutliveAFailure)
+{
+    std::ofstream(folder / "freqlijn.txt") << "15  van gisteren\n";
+    input.erase("OVERSLAGDEBIET");
+    ExpectFailure(Run(), ExitCode::InvalidKey,
+                  "Sleutel OVERSLAGDEBIET ontbreekt in het invoerbestand.");
+}
+
+TEST_F(RekenrunTest, ADeterministicRunLeavesAFrequencyLineOfAnotherAlone)
+{
+    std::ofstream(folder / "freqlijn.txt") << "15  van een ander\n";
+    EXPECT_EQ(Run("VARIANT = 'DETERM'\r\nSITUATIE = 'STORM'\r\n"), ExitCode::InvalidKey);
+    EXPECT_EQ(File("freqlijn.txt"), "15  van een ander\n");
+}
+
 TEST_F(RekenrunTest, ALockedDatabaseIsRefused)
 {
     database.AddRow(kBerekening, 4, 1000);
@@ -379,6 +403,10 @@ TEST_F(RekenrunTest, IncompleteLocationsAreRefusedWithWhatIsMissing)
     });
     expect("scheefstand onbekend in sector 3",
            [](Locatie& l) { l.sectoren[2].scheefstand[1].scheefstand = kNietBekend; });
+    expect("scheefstand onbekend in sector 1", [](Locatie& l) {
+        for (SectorGegevens& sector : l.sectoren)
+            sector.scheefstand[0].windsnelheid = kNietBekend;
+    });
     expect("scheefstand onbekend in sector 16",
            [](Locatie& l) { l.sectoren[15].scheefstand.clear(); });
     expect("strijklengte onbekend in sector 1",
@@ -424,6 +452,11 @@ TEST_F(RekenrunTest, UnsuitableProfilesAreRefused)
     expect([](Profiel& p) { p.punten[2].y = p.punten[1].y - 0.5; });
     expect([](Profiel& p) { p.punten[2].y = p.punten[1].y; });
     expect([](Profiel& p) { p.punten[0].y = kNietBekend; });
+    expect([](Profiel& p) { p.punten[0].r = kNietBekend; });
+    expect([](Profiel& p) {
+        p.damtype = 1;
+        p.damHoogte = kNietBekend;
+    });
     expect([](Profiel& p) {
         p.damtype = 4;
         p.taludhelling = 0;
@@ -530,6 +563,69 @@ TEST_F(RekenrunTest, DeterministicRunsWriteTheReportAlone)
     EXPECT_THAT(File("uitvoer.txt"), HasSubstr("veel zeldzamer"));
 }
 
+TEST_F(RekenrunTest, TheReportShowsTheReductionThatWasUsed)
+{
+    input.erase("BEREKENING_ID");
+    // From the north-east the waves come in at 105 degrees: roughness and angle
+    // together would take off 63 %, of which 60 % count.
+    EXPECT_EQ(Run("VARIANT = 'DETERM'\r\nSITUATIE = 'BEXTRUEXTR'\r\nLOCATIE_ID = 5\r\n"
+                  "OVERSLAGDEBIET = 0.1\r\nGOLFGROEIMODULE = 'YOUNGVERHAGEN'\r\n"
+                  "WINDREDUCTIE = NEE\r\n"),
+              ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), HasSubstr("105.0  1.50   0.40  0.024"));
+    // A wall with a nose, hit at right angles.
+    database.At("Plas-05").dijknormaal = 270;
+    EXPECT_EQ(Run("VARIANT = 'DETERM'\r\nSITUATIE = 'BEXTRUEXTR'\r\nLOCATIE_ID = 5\r\n"
+                  "PROFIEL = 'Damwand neus'\r\n"),
+              ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), HasSubstr("  0.0    -   0.70  "));
+}
+
+TEST_F(RekenrunTest, DeterministicRunsWarnOfTheirGoverningSector)
+{
+    input.erase("BEREKENING_ID");
+    const std::string keys = "VARIANT = 'DETERM'\r\nSITUATIE = 'HANDMATIG'\r\n"
+                             "BOEZEMPEIL = 0.1\r\nWINDSNELHEID = 45\r\n";
+    EXPECT_EQ(Run(keys), ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), HasSubstr("WAARSCHUWING: De scheefstand is geëxtrapoleerd "
+                                               "boven 40 m/s."));
+    EXPECT_EQ(Run(keys + "WINDSNELHEID = 20\r\nBOEZEMPEIL = -5\r\n"), ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), HasSubstr("WAARSCHUWING: De teen van het profiel ligt boven "
+                                               "de waterstand"));
+    EXPECT_THAT(File("uitvoer.txt"), Not(HasSubstr("geëxtrapoleerd")));
+
+    const std::string extreme = "WAARSCHUWING: De herhalingstijd 5000 ligt buiten het bereik";
+    database.klassen[database.At("Plas-04").veiligheidsklasse] = 5000;
+    EXPECT_EQ(Run(keys + "SITUATIE = 'BEXTRUGEM'\r\n"), ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), HasSubstr(extreme));
+    EXPECT_EQ(Run(keys + "SITUATIE = 'BGEMUEXTR'\r\n"), ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), Not(HasSubstr(extreme)));
+}
+
+TEST_F(RekenrunTest, TheReportEchoesWhatItWasAskedFor)
+{
+    database.AddRow(kBerekening, 4, 1000);
+    EXPECT_EQ(Run("TOESLAGWS = 0.1\r\nTOESLAGWSMEMO = 'zetting'\r\nTOESLAGHBN = 0.2\r\n"
+                  "TOESLAGHBNMEMO = 'robuust'\r\nTOENAMEWIND = 5\r\n"),
+              ExitCode::Ok);
+    const std::string report = File("uitvoer.txt");
+    const auto expect = [&](std::string label, const std::string& value) {
+        label.resize(34, ' ');
+        EXPECT_THAT(report, HasSubstr("\r\n" + label + value + "\r\n"));
+    };
+    expect("Database", "boezem.mdb");
+    expect("Berekening_ID", "7");
+    expect("Herhalingstijd van de norm", "ja");
+    expect("Uitsplitsen naar aandelen", "ja");
+    expect("Illustratiepunten", "nee");
+    expect("Windreductie", "ja");
+    expect("Toeslag op de waterstand", "0.100 m");
+    expect("  toelichting", "zetting");
+    expect("Toeslag op het HBN", "0.200 m");
+    expect("  toelichting", "robuust");
+    expect("Toename van de wind", "5 %");
+}
+
 TEST_F(RekenrunTest, DikeRingsReportTheirMembersAndTheRing)
 {
     input.erase("BEREKENING_ID");
@@ -556,6 +652,13 @@ TEST_F(RekenrunTest, UnfitRingsAreRefusedByNameOfTheMember)
     ExpectFailure(Run(keys), ExitCode::DataMissing,
                   "De gegevens van locatie 'Plas-03' zijn niet volledig: overslagdebiet van het "
                   "ringlid onbekend.");
+    database.dijkringen["Ring Oost"][1] = {"Plas-03", "Weg", 1};
+    ExpectFailure(Run(keys), ExitCode::DataMissing,
+                  "Plas-03: Het profiel 'Weg' staat niet in de database.");
+    database.dijkringen["Ring Oost"][1] = {"Plas-03", "Damwand neus", 1};
+    ExpectFailure(Run(keys + "FAALMECHANISME = 'GOLFOPLOOP'\r\n"), ExitCode::UnsuitableProfile,
+                  "Plas-03: Het profiel 'Damwand neus' is niet geschikt voor faalmechanisme "
+                  "GOLFOPLOOP.");
     database.dijkringen["Ring Oost"][1] = {"Plas-99", "Gras 1op3", 1};
     ExpectFailure(Run(keys), ExitCode::DataMissing,
                   "De locatie 'Plas-99' staat niet in de database.");

@@ -43,6 +43,14 @@ TEST(BasinLevelTest, SkipsUnknownLevelsAndRaisesFallingOnes)
     EXPECT_NEAR(levels.AtPeriod(100), -0.1, 1e-12) << "raised to the level of 10 years, plus 0.1";
 }
 
+TEST(BasinLevelTest, TakesAPeriodOnceAndNoneWithinABlock)
+{
+    const BasinLevel levels(-0.6, {{0.005, -0.5}, {10, -0.2}, {10, 0.5}, {1000, 0.2}}, 0);
+    EXPECT_EQ(levels.KnownPoints(), 2) << "48 hours are 0.0055 years";
+    EXPECT_NEAR(levels.AtPeriod(10), -0.2, 1e-12) << "the first row counts";
+    EXPECT_NEAR(levels.AtPeriod(100), 0, 1e-12);
+}
+
 TEST(BasinLevelTest, KnowsWhereItExtrapolates)
 {
     const BasinLevel levels(-0.6, {{10, -0.2}, {1000, 0.2}}, 0);
@@ -138,11 +146,47 @@ TEST(WindStatisticsTest, RefusesInvalidTables)
     bad.zomer.windstatistiek.clear();
     ExpectInvalid(bad, "Windstatistiek zomer");
     bad = good;
+    bad.zomer.kanswindrichting[4].momentaneKans += 5e-6;
+    ExpectInvalid(bad, "Kanswindrichting zomer");
+    bad = good;
+    std::swap(bad.winter.windstatistiek[5].overschrijdingskans,
+              bad.winter.windstatistiek[6].overschrijdingskans);
+    ExpectInvalid(bad, "Windstatistiek winter");
+    bad = good;
+    bad.winter.windstatistiek.push_back({17, 0, 1});
+    ExpectInvalid(bad, "Windstatistiek winter");
+    bad = good;
+    bad.winter.windstatistiek[6].windsnelheid = bad.winter.windstatistiek[5].windsnelheid;
+    bad.winter.windstatistiek[6].overschrijdingskans *= 0.99;
+    ExpectInvalid(bad, "Windstatistiek winter");
+    bad = good;
+    bad.transformatie[3].windsnelheid = bad.transformatie[2].windsnelheid;
+    ExpectInvalid(bad, "Transformatietabel");
+    bad = good;
     bad.transformatie.resize(1);
     ExpectInvalid(bad, "Transformatietabel");
     bad = good;
     bad.transformatie[3].factor = kNietBekend;
     ExpectInvalid(bad, "Transformatietabel");
+}
+
+TEST(WindStatisticsTest, RefusesValuesThatAreNoNumbers)
+{
+    const StatistiekTabellen good = ExampleData::Get().Tabellen();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    StatistiekTabellen bad = good;
+    for (std::size_t i = 0; i < bad.winter.windstatistiek.size(); i += 3)
+        bad.winter.windstatistiek[i].windsnelheid = nan;
+    ExpectInvalid(bad, "Windstatistiek winter");
+    bad = good;
+    bad.transformatie[2].windsnelheid = nan;
+    ExpectInvalid(bad, "Transformatietabel");
+    bad = good;
+    bad.zomer.kanswindrichting[2].momentaneKans = nan;
+    ExpectInvalid(bad, "Kanswindrichting zomer");
+    bad = good;
+    bad.zomer.windstatistiek[3].overschrijdingskans = nan;
+    ExpectInvalid(bad, "Windstatistiek zomer");
 }
 
 TEST(WindStatisticsTest, TakesTheRowsInAnyOrder)

@@ -132,6 +132,7 @@ void ExpectDetails(const LoadDetails& details, const json& expected)
     check("Rc_breker", details.freeboard.breaking, wide);
     check("Rc_max", details.freeboard.nonBreaking, wide);
     check("gamma_beta", details.freeboard.angleFactor, wide);
+    check("gamma_n", details.freeboard.factor / details.freeboard.angleFactor, wide);
     check("Rc", details.freeboard.freeboard, wide);
     check("L", details.load, wide);
     check("belasting", details.load, wide);

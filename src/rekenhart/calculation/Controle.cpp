@@ -15,7 +15,9 @@ bool HasScheefstand(const SectorGegevens& sector)
 {
     return !sector.scheefstand.empty() &&
            std::all_of(sector.scheefstand.begin(), sector.scheefstand.end(),
-                       [](const ScheefstandRij& row) { return IsBekend(row.scheefstand); });
+                       [](const ScheefstandRij& row) {
+                           return IsBekend(row.windsnelheid) && IsBekend(row.scheefstand);
+                       });
 }
 
 bool SameSpeeds(const SectorGegevens& one, const SectorGegevens& two)
@@ -24,6 +26,17 @@ bool SameSpeeds(const SectorGegevens& one, const SectorGegevens& two)
                       two.scheefstand.end(), [](const auto& a, const auto& b) {
                           return a.windsnelheid == b.windsnelheid;
                       });
+}
+
+/// An unknown roughness would pass for the roughest there is, and lower the load.
+bool HasKnownRoughness(const Profiel& profiel)
+{
+    const auto& points = profiel.punten;
+    const auto toe = static_cast<std::size_t>(profiel.ToeIndex());
+    for (std::size_t i = toe; i + 1 < points.size(); ++i)
+        if (!points[i].gras && !IsBekend(points[i].r))
+            return false;
+    return true;
 }
 
 } // namespace
@@ -57,8 +70,9 @@ void CheckProfiel(const Profiel& profiel, Faalmechanisme mechanism)
     const bool known =
         std::all_of(profiel.punten.begin(), profiel.punten.end(),
                     [](const ProfielPunt& punt) { return IsBekend(punt.x) && IsBekend(punt.y); });
-    const bool shape =
-        profiel.IsWand() ? mechanism != Faalmechanisme::Golfoploop : DikeSlope::IsGeschikt(profiel);
+    const bool shape = profiel.IsWand()
+                           ? mechanism != Faalmechanisme::Golfoploop
+                           : DikeSlope::IsGeschikt(profiel) && HasKnownRoughness(profiel);
     const bool dam = profiel.damtype < 1 || (IsBekend(profiel.damHoogte) &&
                                              (profiel.damtype != 4 || profiel.taludhelling > 0));
     if (!known || !shape || !dam)

@@ -11,8 +11,6 @@ DetermResultaat CalculateDeterministic(const LoadModel& model, const BasinLevel&
                                        double normPeriod)
 {
     const Situatie situatie = settings.situatie;
-    const bool extremeLevel = situatie == Situatie::BextrUgem || situatie == Situatie::BextrUextr;
-    const bool extremeWind = situatie == Situatie::BgemUextr || situatie == Situatie::BextrUextr;
 
     DetermResultaat result;
     const auto rounded = [&](int sector) {
@@ -25,9 +23,10 @@ DetermResultaat CalculateDeterministic(const LoadModel& model, const BasinLevel&
             richting.wind = settings.windsnelheid;
         } else {
             // levels(0) is the target level.
-            richting.basinLevel = extremeLevel ? levels.AtPeriod(normPeriod) : levels(0);
-            richting.wind =
-                extremeWind ? wind.WindAtPeriod(sector, normPeriod) : wind.MeanWind(sector);
+            richting.basinLevel =
+                HasExtremeLevel(situatie) ? levels.AtPeriod(normPeriod) : levels(0);
+            richting.wind = HasExtremeWind(situatie) ? wind.WindAtPeriod(sector, normPeriod)
+                                                     : wind.MeanWind(sector);
         }
         richting.details =
             model.Evaluate(richting.basinLevel, sector, richting.wind, LoadKind::Full);

@@ -49,6 +49,21 @@ std::string SectorsWithoutFetch(const LoadModel& model)
     return names;
 }
 
+void AddPointWarnings(int sector, const LoadDetails& details, const LoadModel& model,
+                      std::vector<std::string>& warnings)
+{
+    const double highestWind = model.HighestScheefstandWind(sector);
+    if (details.potentialWind > highestWind)
+        warnings.push_back(
+            FillIn("De scheefstand is geëxtrapoleerd boven %1 m/s.", General(highestWind)));
+    if (model.HasSlope() && details.slope.breaker > 5)
+        warnings.emplace_back("In het ontwerppunt is de brekerparameter groter dan 5; de uitkomst "
+                              "is onzeker.");
+    if (model.HasProfiel() && details.toeDepth < 0)
+        warnings.emplace_back("De teen van het profiel ligt boven de waterstand in het "
+                              "ontwerppunt: geen golfbelasting.");
+}
+
 } // namespace
 
 std::string_view SectorName(int sector)
@@ -79,26 +94,28 @@ std::vector<std::string> InputWarnings(const LoadModel& model, const BasinLevel&
     return warnings;
 }
 
+std::vector<std::string> PeriodWarnings(double years, const BasinLevel& levels)
+{
+    if (levels.Covers(years))
+        return {};
+    return {FillIn("De herhalingstijd %1 ligt buiten het bereik van de peilstatistiek; het peil is "
+                   "geëxtrapoleerd.",
+                   Period(years))};
+}
+
 std::vector<std::string> ResultWarnings(const PeriodResult& result, const LoadModel& model,
                                         const BasinLevel& levels)
 {
+    std::vector<std::string> warnings = PeriodWarnings(result.rij.herhalingstijd, levels);
+    AddPointWarnings(result.governing.sector, result.governing.details, model, warnings);
+    return warnings;
+}
+
+std::vector<std::string> ResultWarnings(const DetermResultaat& result, const LoadModel& model)
+{
     std::vector<std::string> warnings;
-    const DesignPoint& point = result.governing;
-    const double years = result.rij.herhalingstijd;
-    if (!levels.Covers(years))
-        warnings.push_back(FillIn("De herhalingstijd %1 ligt buiten het bereik van de "
-                                  "peilstatistiek; het peil is geëxtrapoleerd.",
-                                  Period(years)));
-    const double highestWind = model.HighestScheefstandWind(point.sector);
-    if (point.details.potentialWind > highestWind)
-        warnings.push_back(
-            FillIn("De scheefstand is geëxtrapoleerd boven %1 m/s.", General(highestWind)));
-    if (model.HasSlope() && point.details.slope.breaker > 5)
-        warnings.emplace_back("In het ontwerppunt is de brekerparameter groter dan 5; de uitkomst "
-                              "is onzeker.");
-    if (model.HasProfiel() && point.details.toeDepth < 0)
-        warnings.emplace_back("De teen van het profiel ligt boven de waterstand in het "
-                              "ontwerppunt: geen golfbelasting.");
+    AddPointWarnings(result.maatgevend, result.richtingen[result.maatgevend].details, model,
+                     warnings);
     return warnings;
 }
 

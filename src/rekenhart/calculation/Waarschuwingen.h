@@ -1,5 +1,6 @@
 #pragma once
 
+#include "rekenhart/calculation/DeterministischeBerekening.h"
 #include "rekenhart/calculation/LocatieBerekening.h"
 
 #include <string>
@@ -17,6 +18,10 @@ std::vector<std::string> InputWarnings(const LoadModel& model, const BasinLevel&
 /// About the asked return period and its design point.
 std::vector<std::string> ResultWarnings(const PeriodResult& result, const LoadModel& model,
                                         const BasinLevel& levels);
+/// About the governing sector of a deterministic calculation.
+std::vector<std::string> ResultWarnings(const DetermResultaat& result, const LoadModel& model);
+/// When the basin level of `years` lies beyond the known ones.
+std::vector<std::string> PeriodWarnings(double years, const BasinLevel& levels);
 
 std::string NoRowWarning(double years);                ///< no row in `Resultaat`
 std::string UnknownKeyWarning(const std::string& key); ///< in the input file

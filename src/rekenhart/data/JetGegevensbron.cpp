@@ -19,6 +19,32 @@ std::string Reason(const jet::Error& error)
     return text;
 }
 
+/// What the user can do about a database that cannot be opened or read.
+std::string_view Advice(jet::ErrorKind kind)
+{
+    switch (kind) {
+    case jet::ErrorKind::Locked:
+        return "Sluit andere programma's die de database gebruiken en reken opnieuw.";
+    case jet::ErrorKind::FileNotFound:
+        return "Controleer het pad van de database.";
+    case jet::ErrorKind::AccessDenied:
+    case jet::ErrorKind::ReadOnly:
+        return "Controleer de rechten op het bestand en op zijn map.";
+    case jet::ErrorKind::UnknownTable:
+    case jet::ErrorKind::UnknownField:
+        return "Open de database in het programma, dat haar nakijkt en aanvult.";
+    case jet::ErrorKind::Damaged:
+        return "Zet een reservekopie van de database terug.";
+    default:
+        return "Controleer het bestand en de schijf waar het op staat.";
+    }
+}
+
+Fout Onbereikbaar(const std::string& path, const jet::Error& error)
+{
+    return OnbereikbareDatabase(path, Reason(error), Advice(error.Kind()));
+}
+
 /// Names are equal without regard to case, as in the database.
 bool SameName(const std::string& one, const std::string& two)
 {
@@ -57,7 +83,7 @@ private:
         try {
             return read();
         } catch (const jet::Error& error) {
-            throw OnbereikbareDatabase(m_path, Reason(error));
+            throw Onbereikbaar(m_path, error);
         }
     }
     JetTable Open(const std::string& table) { return {*m_database, table}; }
@@ -78,7 +104,7 @@ JetGegevensbron::JetGegevensbron(const std::string& path, Toegang access) : m_pa
     try {
         m_database = m_workspace.OpenDatabase(ToPath(path), options);
     } catch (const jet::Error& error) {
-        throw OnbereikbareDatabase(path, Reason(error));
+        throw Onbereikbaar(path, error);
     }
 }
 
@@ -235,7 +261,7 @@ StatistiekTabellen JetGegevensbron::ReadStatistiek()
     } catch (const jet::Error& error) {
         if (error.Kind() == jet::ErrorKind::UnknownField)
             throw OngeldigeTabel("met statistiek", Reason(error));
-        throw OnbereikbareDatabase(m_path, Reason(error));
+        throw Onbereikbaar(m_path, error);
     }
 }
 
@@ -256,6 +282,8 @@ std::vector<DijkringLid> JetGegevensbron::ReadDijkring(const std::string& naam)
 {
     return Reading([&] {
         std::vector<DijkringLid> leden;
+        if (!m_database->HasTable("Dijkring")) // made with the first ring
+            return leden;
         JetTable table = Open("Dijkring");
         table.ForEach([&] {
             if (SameName(table.Text("Naam"), naam))
@@ -283,6 +311,7 @@ void JetGegevensbron::WriteResultaten(int berekening, int locatie,
                                       const std::vector<ResultaatRij>& rijen)
 {
     try {
+        std::size_t filled = 0;
         m_workspace.BeginTrans();
         JetTable table = Open("Resultaat");
         table.ForEach("Berekening_ID", berekening, [&] {
@@ -306,7 +335,10 @@ void JetGegevensbron::WriteResultaten(int berekening, int locatie,
             table.SetNumber("PIEKPERIODE", row->piekperiode);
             table.SetNumber("GOLFRICHTING", row->golfrichting);
             table.Update();
+            ++filled;
         });
+        if (filled < rijen.size())
+            throw OnschrijfbareResultaten("rijen van Resultaat zijn tijdens het rekenen verdwenen");
         m_workspace.CommitTrans(jet::Flush::Yes);
     } catch (const jet::Error& error) {
         throw OnschrijfbareResultaten(Reason(error)); // closing the database rolls back

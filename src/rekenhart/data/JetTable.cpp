@@ -34,9 +34,10 @@ void JetTable::ForEach(std::string_view field, int key, const std::function<void
 {
     const std::string index = IndexOn(m_definition, field);
     const int column = m_rows->FieldIndex(field);
+    const int otherKey = ~key; // null equals no key
     if (index.empty()) {
         ForEach([&] {
-            if (m_rows->Get(column).AsIntOr(key - 1) == key)
+            if (m_rows->Get(column).AsIntOr(otherKey) == key)
                 visit();
         });
         return;
@@ -45,7 +46,7 @@ void JetTable::ForEach(std::string_view field, int key, const std::function<void
     m_rows->Seek(">=", {jet::Value(key)});
     if (m_rows->NoMatch())
         return;
-    for (; !m_rows->EndOfFile() && m_rows->Get(column).AsIntOr(key - 1) == key; m_rows->MoveNext())
+    for (; !m_rows->EndOfFile() && m_rows->Get(column).AsIntOr(otherKey) == key; m_rows->MoveNext())
         visit();
 }
 

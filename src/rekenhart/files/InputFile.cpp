@@ -9,6 +9,7 @@ namespace rekenhart {
 namespace {
 
 constexpr char kQuote = '\'';
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 std::string_view Trim(std::string_view text)
 {
@@ -82,6 +83,10 @@ std::string UpperCase(std::string_view text)
 
 InputFile::InputFile(std::string_view bytes)
 {
+    if (bytes.starts_with(kUtf8Mark)) {
+        *this = InputFile(ToWindows1252(bytes.substr(kUtf8Mark.size())));
+        return;
+    }
     while (!bytes.empty()) {
         const std::string_view line = Trim(TakeLine(bytes));
         const auto equals = line.find('=');

@@ -18,7 +18,9 @@ namespace rekenhart {
 /// like a key in there is none.
 class InputFile {
 public:
-    /// `bytes` in Windows-1252. Never fails: what is no key line is left out.
+    /// `bytes` in Windows-1252, or in UTF-8 when they begin with its byte order
+    /// mark: an editor that was used on the file may have put it there. Never
+    /// fails: what is no key line is left out.
     explicit InputFile(std::string_view bytes);
 
     struct Line {

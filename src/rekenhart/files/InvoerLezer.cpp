@@ -127,9 +127,10 @@ private:
 
 Variant ReadVariant(const Keys& keys)
 {
-    return keys.RequiredChoice<Variant, 3>("VARIANT", {{{"DIJKVAK", Variant::Dijkvak},
-                                                        {"DIJKRING", Variant::Dijkring},
-                                                        {"DETERM", Variant::Determ}}});
+    return keys.RequiredChoice<Variant, 3>("VARIANT",
+                                           {{{Keyword(Variant::Dijkvak), Variant::Dijkvak},
+                                             {Keyword(Variant::Dijkring), Variant::Dijkring},
+                                             {Keyword(Variant::Determ), Variant::Determ}}});
 }
 
 double RequiredAboveZero(const Keys& keys, std::string_view key)
@@ -258,7 +259,6 @@ Instellingen ReadInstellingen(const InputFile& file)
     settings.overzicht = keys.Text("OVERZICHTNM");
     settings.memoToeslagWs = keys.Text("TOESLAGWSMEMO");
     settings.memoToeslagHbn = keys.Text("TOESLAGHBNMEMO");
-    settings.onbekendeSleutels = UnknownKeys(file);
 
     settings.variant = ReadVariant(keys);
     settings.database = keys.RequiredText("DBRVW");
@@ -277,6 +277,8 @@ Instellingen ReadInstellingen(const InputFile& file)
         settings.dijkring = keys.RequiredText("DIJKRING");
         break;
     }
+    // Last: a large file that is no input file at all has been refused by now.
+    settings.onbekendeSleutels = UnknownKeys(file);
     return settings;
 }
 

@@ -55,7 +55,8 @@ Appended::Appended(const std::filesystem::path& path, std::string_view heading,
 {
     std::error_code absent;
     const auto size = std::filesystem::file_size(path, absent);
-    m_formerSize = absent ? 0 : size;
+    m_isNew = static_cast<bool>(absent);
+    m_formerSize = m_isNew ? 0 : size;
     const std::string text =
         (m_formerSize == 0 ? std::string(heading) : std::string()) + std::string(lines);
     try {
@@ -69,7 +70,10 @@ Appended::Appended(const std::filesystem::path& path, std::string_view heading,
 void Appended::TakeBack() noexcept
 {
     std::error_code ignored;
-    std::filesystem::resize_file(m_path, m_formerSize, ignored);
+    if (m_isNew)
+        std::filesystem::remove(m_path, ignored);
+    else
+        std::filesystem::resize_file(m_path, m_formerSize, ignored);
 }
 
 } // namespace rekenhart

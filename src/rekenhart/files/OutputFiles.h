@@ -25,6 +25,7 @@ public:
 
 private:
     std::filesystem::path m_path;
+    bool m_isNew = false;
     std::uintmax_t m_formerSize = 0;
 };
 

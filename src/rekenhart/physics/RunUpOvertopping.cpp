@@ -9,6 +9,8 @@ namespace rekenhart {
 
 namespace {
 
+constexpr double kNoseFactor = 0.7; // our own: the order of magnitude of a nose
+
 double RelativeDischarge(const WavesAtDike& waves, double discharge)
 {
     return discharge / std::sqrt(kGravity * waves.height * waves.height * waves.height);
@@ -42,7 +44,8 @@ FreeboardResult RunUpFreeboard(const SlopeLoad& slope, double angle)
 {
     FreeboardResult result;
     result.angleFactor = 1 - 0.0022 * std::min(angle, 80.0);
-    result.freeboard = CombinedFactor(slope.roughness, result.angleFactor) * slope.smoothRunUp;
+    result.factor = CombinedFactor(slope.roughness, result.angleFactor);
+    result.freeboard = result.factor * slope.smoothRunUp;
     return result;
 }
 
@@ -51,11 +54,11 @@ FreeboardResult OvertoppingFreeboard(const WavesAtDike& waves, const SlopeLoad& 
 {
     FreeboardResult result;
     result.angleFactor = 1 - 0.0033 * std::min(angle, 80.0);
-    const double factor = CombinedFactor(slope.roughness, result.angleFactor);
+    result.factor = CombinedFactor(slope.roughness, result.angleFactor);
     const double q = RelativeDischarge(waves, discharge);
-    result.breaking = waves.height * slope.breaker * factor / 4.75 *
+    result.breaking = waves.height * slope.breaker * result.factor / 4.75 *
                       std::log(0.067 * slope.breaker / (std::sqrt(slope.tanAlpha) * q));
-    result.nonBreaking = waves.height * factor / 2.6 * std::log(0.2 / q);
+    result.nonBreaking = waves.height * result.factor / 2.6 * std::log(0.2 / q);
     result.freeboard = std::max(0.0, std::min(result.breaking, result.nonBreaking));
     return result;
 }
@@ -64,7 +67,8 @@ FreeboardResult WallFreeboard(const WavesAtDike& waves, bool nose, double angle,
 {
     FreeboardResult result;
     result.angleFactor = 1 - 0.0062 * std::min(angle, 45.0);
-    result.freeboard = std::max(0.0, waves.height * result.angleFactor * (nose ? 0.7 : 1.0) / 2.78 *
+    result.factor = result.angleFactor * (nose ? kNoseFactor : 1);
+    result.freeboard = std::max(0.0, waves.height * result.factor / 2.78 *
                                          std::log(0.05 / RelativeDischarge(waves, discharge)));
     return result;
 }

@@ -19,6 +19,7 @@ double AngleBetween(double bearingOne, double bearingTwo);
 struct FreeboardResult {
     double freeboard = 0;
     double angleFactor = 1;
+    double factor = 1;      ///< all reductions together, as used
     double breaking = 0;    ///< overtopping: freeboard by breaking waves
     double nonBreaking = 0; ///< overtopping: by waves that do not break
 };

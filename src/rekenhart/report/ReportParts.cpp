@@ -135,6 +135,9 @@ void AddSettings(Report& report, const Instellingen& settings)
     const Belastinginstellingen& load = settings.belasting;
     report.Section("Instellingen");
     report.Item("Soort berekening", VariantText(settings));
+    report.Item("Database", settings.database);
+    if (settings.variant == Variant::Dijkvak)
+        report.Item("Berekening_ID", std::to_string(settings.berekeningId));
     report.Item("Faalmechanisme", Keyword(load.faalmechanisme));
     if (load.faalmechanisme == Faalmechanisme::Golfoverslag &&
         settings.variant != Variant::Dijkring)
@@ -144,6 +147,11 @@ void AddSettings(Report& report, const Instellingen& settings)
         report.Item("Correctiefactor golfhoogte", General(load.golfCorrFactor));
     }
     report.Item("Windreductie", YesNo(load.windreductie));
+    if (settings.variant == Variant::Dijkvak) {
+        report.Item("Herhalingstijd van de norm", YesNo(settings.normfrequentie));
+        report.Item("Uitsplitsen naar aandelen", YesNo(settings.uitsplitsen));
+        report.Item("Illustratiepunten", YesNo(settings.uitEnIll));
+    }
     if (load.toeslagWs != 0 || !settings.memoToeslagWs.empty()) {
         report.Item("Toeslag op de waterstand", Metres(load.toeslagWs));
         report.Item("  toelichting", settings.memoToeslagWs);
@@ -165,14 +173,15 @@ void AddWarnings(Report& report, const std::vector<std::string>& warnings)
         report.Line("WAARSCHUWING: " + warning);
 }
 
-void AddReferences(Report& report, const Belastinginstellingen& settings)
+void AddReferences(Report& report, const Instellingen& settings)
 {
+    const Belastinginstellingen& load = settings.belasting;
     report.Section("Gebruikte formules");
     report.Line("Wind over water: Wieringa (1986); windschuifspanning: Wu (1982).");
     report.Line("Opwaaiing: evenwicht van windschuifspanning en verhang, knooplijn op de halve "
                 "strijklengte.");
-    if (settings.HasWaves()) {
-        switch (settings.golfgroeimodule) {
+    if (load.HasWaves()) {
+        switch (load.golfgroeimodule) {
         case Golfgroeimodule::Bretschneider:
             report.Line("Golfgroei: Bretschneider volgens de Shore Protection Manual (CERC 1984).");
             break;
@@ -188,8 +197,10 @@ void AddReferences(Report& report, const Belastinginstellingen& settings)
         report.Line("Golfoploop en golfoverslag: TAW (2002), EurOtop (2007, 2018), gemiddelde "
                     "waarden.");
     }
-    report.Line("Kansberekening: Ferry Borges en Castanheta (1971), blokken van 48 uur (peil) en "
-                "12 uur (wind).");
+    if (settings.variant != Variant::Determ)
+        report.Line(
+            "Kansberekening: Ferry Borges en Castanheta (1971), blokken van 48 uur (peil) en "
+            "12 uur (wind).");
 }
 
 std::vector<std::string> DetailHeadings(const LoadModel& model)
@@ -214,9 +225,7 @@ std::vector<std::string> DetailCells(double basinLevel, double wind, const LoadD
         cells.push_back(Fixed(details.waveHeight > 0 ? details.peakPeriod : 0, 2));
         cells.push_back(Fixed(details.angle, 1));
         cells.push_back(slope ? Fixed(details.slope.breaker, 2) : "-");
-        cells.push_back(details.wavesArrive
-                            ? Fixed(details.slope.roughness * details.freeboard.angleFactor, 2)
-                            : "-");
+        cells.push_back(details.wavesArrive ? Fixed(details.freeboard.factor, 2) : "-");
         cells.push_back(Fixed(details.freeboard.freeboard, 3));
     }
     cells.push_back(Fixed(details.load, 3));

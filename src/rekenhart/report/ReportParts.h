@@ -15,7 +15,7 @@ void AddSectors(Report& report, const Locatie& locatie);
 void AddProfiel(Report& report, const Profiel& profiel);
 void AddSettings(Report& report, const Instellingen& settings);
 void AddWarnings(Report& report, const std::vector<std::string>& warnings);
-void AddReferences(Report& report, const Belastinginstellingen& settings);
+void AddReferences(Report& report, const Instellingen& settings);
 
 /// The chain from wind to load, one row per line of a table.
 std::vector<std::string> DetailHeadings(const LoadModel& model);
@@ -24,7 +24,7 @@ std::vector<std::string> DetailCells(double basinLevel, double wind, const LoadD
 
 /// "225 ZW"
 std::string SectorText(int sector);
-/// "1 keer per 1234 jaar", or that it is rarer than the method can tell.
+/// The return period of a frequency: "1234", or that it is rarer than the method can tell.
 std::string FrequencyText(double perYear);
 
 } // namespace rekenhart

@@ -155,7 +155,7 @@ std::string WriteReport(const LocatieRapport& rapport)
     AddIntermediate(report, rapport);
     AddCrests(report, rapport.kruinen);
     AddLine(report, rapport.lijn);
-    AddReferences(report, rapport.settings.belasting);
+    AddReferences(report, rapport.settings);
     return report.Text();
 }
 
@@ -165,6 +165,7 @@ std::string WriteReport(const DetermRapport& rapport)
     AddHeading(report, rapport.settings);
     AddLimits(report);
     AddLocatie(report, rapport.locatie);
+    AddSectors(report, rapport.locatie);
     if (rapport.profiel)
         AddProfiel(report, *rapport.profiel);
     AddSettings(report, rapport.settings);
@@ -192,7 +193,7 @@ std::string WriteReport(const DetermRapport& rapport)
     report.Item("Maatgevende windrichting", SectorText(result.maatgevend));
     report.Item("Maatgevende belasting",
                 Fixed(result.richtingen[result.maatgevend].details.load, 3) + " m");
-    AddReferences(report, rapport.settings.belasting);
+    AddReferences(report, rapport.settings);
     return report.Text();
 }
 
@@ -234,7 +235,7 @@ std::string WriteReport(const RingRapport& rapport)
                 "kruinhoogte");
     report.Line("passeert, staat de frequentie van de ring.");
     AddLine(report, result.lijn);
-    AddReferences(report, rapport.settings.belasting);
+    AddReferences(report, rapport.settings);
     return report.Text();
 }
 

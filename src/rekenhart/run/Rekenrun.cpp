@@ -41,7 +41,9 @@ struct Doorsnede {
     const Profiel* GetProfiel() const { return profiel ? &*profiel : nullptr; }
 };
 
-Doorsnede ReadDoorsnede(Gegevensbron& source, const Instellingen& settings)
+/// `lid` names the member of a ring that it is for.
+Doorsnede ReadDoorsnede(Gegevensbron& source, const Instellingen& settings,
+                        const std::string& lid = {})
 {
     auto locatie = source.ReadLocatie(settings.locatieId, settings.locatie);
     if (!locatie)
@@ -49,12 +51,34 @@ Doorsnede ReadDoorsnede(Gegevensbron& source, const Instellingen& settings)
     CheckLocatie(*locatie, settings.belasting, false);
     Doorsnede found{std::move(*locatie), std::nullopt};
     if (settings.belasting.HasWaves()) {
-        found.profiel = source.ReadProfiel(settings.profielId, settings.profiel);
-        if (!found.profiel)
-            throw OnbekendProfiel(settings.profiel);
-        CheckProfiel(*found.profiel, settings.belasting.faalmechanisme);
+        try {
+            found.profiel = source.ReadProfiel(settings.profielId, settings.profiel);
+            if (!found.profiel)
+                throw OnbekendProfiel(settings.profiel);
+            CheckProfiel(*found.profiel, settings.belasting.faalmechanisme);
+        } catch (const Fout& fout) {
+            if (lid.empty())
+                throw;
+            throw fout.Of(lid);
+        }
     }
     return found;
+}
+
+/// A member of a ring. What is wrong with its profile is told with its name.
+RingLid ReadLid(Gegevensbron& source, const Instellingen& settings, const DijkringLid& row)
+{
+    Instellingen member = settings;
+    member.locatie = row.locatie;
+    member.profiel = row.profiel;
+    member.belasting.overslagdebiet = row.overslagdebiet;
+    Doorsnede section = ReadDoorsnede(source, member, row.locatie);
+    CheckLocatie(section.locatie, member.belasting, true);
+    if (settings.belasting.faalmechanisme == Faalmechanisme::Golfoverslag &&
+        !(row.overslagdebiet > 0))
+        throw OnvolledigeLocatie(row.locatie, "overslagdebiet van het ringlid onbekend");
+    return {std::move(section.locatie), section.profiel.has_value(),
+            std::move(section.profiel).value_or(Profiel()), member.belasting};
 }
 
 double ReadNorm(Gegevensbron& source, const Locatie& locatie)
@@ -160,9 +184,8 @@ ExitCode Rekenrun::Report(const Fout& fout) noexcept
         if (!fout.Advice().empty())
             m_console.Line(fout.Advice());
         if (!m_outputFolder.empty()) {
-            std::error_code ignored;
             if (m_settings && m_settings->variant != Variant::Determ)
-                std::filesystem::remove(InOutputFolder("freqlijn.txt"), ignored);
+                RemoveFrequencyLine();
             WriteTextFile(
                 InOutputFolder("uitvoer.txt"),
                 WriteErrorReport(m_settings ? &*m_settings : nullptr, fout.Text(), fout.Advice()));
@@ -171,6 +194,13 @@ ExitCode Rekenrun::Report(const Fout& fout) noexcept
         // The first failure counts; it stands on standard output already.
     }
     return fout.Code();
+}
+
+void Rekenrun::RemoveFrequencyLine() const
+{
+    std::error_code ignored;
+    if (!m_outputFolder.empty())
+        std::filesystem::remove(InOutputFolder("freqlijn.txt"), ignored);
 }
 
 std::filesystem::path Rekenrun::InOutputFolder(const char* name) const
@@ -190,6 +220,10 @@ void Rekenrun::RunOrThrow(const std::filesystem::path& inputFile)
     std::error_code ignored;
     if (!folder.empty() && std::filesystem::is_directory(ToPath(folder), ignored))
         m_outputFolder = ToPath(folder);
+    // The line of an earlier run must not pass for this one's. A deterministic
+    // run has no line, and its folder is not ours alone.
+    if (UpperCase(input.Value("VARIANT").value_or("")) != Keyword(Variant::Determ))
+        RemoveFrequencyLine();
     m_settings = ReadInstellingen(input);
     if (m_outputFolder.empty())
         throw OnschrijfbaarBestand(ToUtf8(ToPath(folder) / "uitvoer.txt"));
@@ -308,6 +342,9 @@ void Rekenrun::RunDeterm(const Instellingen& settings)
                           model,
                           {},
                           CalculateDeterministic(model, levels, wind, settings, norm)};
+    if (HasExtremeLevel(settings.situatie))
+        WarnAll(m_console, PeriodWarnings(norm, levels));
+    WarnAll(m_console, ResultWarnings(rapport.result, model));
     rapport.warnings = m_console.Warnings();
     WriteTextFile(InOutputFolder("uitvoer.txt"), WriteReport(rapport));
 }
@@ -316,25 +353,8 @@ void Rekenrun::RunDijkring(const Instellingen& settings)
 {
     auto source = m_open(settings.database, Toegang::Lezen);
     std::vector<RingLid> leden;
-    for (const DijkringLid& row : source->ReadDijkring(settings.dijkring)) {
-        RingLid lid;
-        lid.instellingen = settings.belasting;
-        lid.instellingen.overslagdebiet = row.overslagdebiet;
-        Instellingen member = settings;
-        member.locatie = row.locatie;
-        member.profiel = row.profiel;
-        member.belasting = lid.instellingen;
-        Doorsnede section = ReadDoorsnede(*source, member);
-        CheckLocatie(section.locatie, lid.instellingen, true);
-        if (settings.belasting.faalmechanisme == Faalmechanisme::Golfoverslag &&
-            !(row.overslagdebiet > 0))
-            throw OnvolledigeLocatie(row.locatie, "overslagdebiet van het ringlid onbekend");
-        lid.locatie = std::move(section.locatie);
-        lid.heeftProfiel = section.profiel.has_value();
-        if (section.profiel)
-            lid.profiel = std::move(*section.profiel);
-        leden.push_back(std::move(lid));
-    }
+    for (const DijkringLid& row : source->ReadDijkring(settings.dijkring))
+        leden.push_back(ReadLid(*source, settings, row));
     if (leden.empty())
         throw LegeDijkring(settings.dijkring);
     const WindStatistics wind(source->ReadStatistiek());

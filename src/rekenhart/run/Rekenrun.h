@@ -27,6 +27,7 @@ private:
     void RunDijkring(const Instellingen& settings);
     void RunDeterm(const Instellingen& settings);
     ExitCode Report(const Fout& fout) noexcept;
+    void RemoveFrequencyLine() const;
     std::filesystem::path InOutputFolder(const char* name) const;
 
     OpenGegevensbron m_open;

@@ -42,6 +42,13 @@ std::array<double, kSectors> Directions(const std::vector<KansRij>& rows, std::s
     return directions;
 }
 
+/// Before the rows are sorted: a value that is no number has no place in an order.
+void RequireNumber(double value, const std::string& table)
+{
+    if (!std::isfinite(value))
+        throw OngeldigeTabel(table, "een waarde is geen getal");
+}
+
 /// The rows of one sector, by rising speed.
 std::vector<WindRij> RowsOfSector(const std::vector<WindRij>& rows, int richting)
 {
@@ -74,6 +81,8 @@ LinearTable Transformation(std::vector<TransformatieRij> rows)
     const std::string table = "[Transformatietabel]";
     if (rows.size() < 2)
         throw OngeldigeTabel(table, "minder dan twee rijen");
+    for (const TransformatieRij& row : rows)
+        RequireNumber(row.windsnelheid, table);
     std::sort(rows.begin(), rows.end(), [](const TransformatieRij& a, const TransformatieRij& b) {
         return a.windsnelheid < b.windsnelheid;
     });
@@ -95,6 +104,8 @@ SeasonWind::SeasonWind(const SeizoenTabellen& tables, std::string_view season)
     : m_direction(Directions(tables.kanswindrichting, season))
 {
     const std::string table = TableName("Windstatistiek", season);
+    for (const WindRij& row : tables.windstatistiek)
+        RequireNumber(row.windsnelheid, table);
     std::size_t used = 0;
     for (int sector = 0; sector < kSectors; ++sector) {
         const auto rows = RowsOfSector(tables.windstatistiek, sector + 1);

@@ -225,6 +225,78 @@ TEST_F(RekenprogrammaTest, ADatabaseInUseIsRefused)
     EXPECT_EQ(Run().exitCode, 0);
 }
 
+TEST_F(RekenprogrammaTest, ADatabaseThatLacksATableIsToldWithAdvice)
+{
+    AddRows(3, kPlas04, {1000});
+    {
+        jet::Workspace workspace;
+        workspace.OpenDatabase(database)->DropTable("Scheefstand");
+    }
+    const ProgramRun run = Run();
+    EXPECT_EQ(run.exitCode, 4) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("Scheefstand"));
+    EXPECT_THAT(run.output, HasSubstr("Open de database in het programma"));
+    EXPECT_THAT(run.output, Not(HasSubstr("Sluit andere programma's")));
+}
+
+TEST_F(RekenprogrammaTest, ADatabaseWithoutRingsHasNoMembers)
+{
+    {
+        jet::Workspace workspace;
+        const auto db = workspace.OpenDatabase(database);
+        if (db->HasTable("Dijkring"))
+            db->DropTable("Dijkring");
+    }
+    const ProgramRun run = Run("VARIANT = 'DIJKRING'\r\nDIJKRING = 'Ring Oost'\r\n");
+    EXPECT_EQ(run.exitCode, 5) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("FOUT: De dijkring 'Ring Oost' heeft geen leden."));
+}
+
+TEST_F(RekenprogrammaTest, AReadOnlyDatabaseIsReadAndThenTold)
+{
+    AddRows(3, kPlas04, {1000});
+    using std::filesystem::perms;
+    std::filesystem::permissions(database,
+                                 perms::owner_write | perms::group_write | perms::others_write,
+                                 std::filesystem::perm_options::remove);
+    if (std::ofstream(database, std::ios::app))
+        GTEST_SKIP() << "this user may write everything";
+    const ProgramRun run = Run();
+    EXPECT_EQ(run.exitCode, 4) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("Controleer de rechten"));
+    EXPECT_EQ(Column("HBN_MS_MO").at(1000), -999);
+}
+
+// Nulls where the application stores -999.
+TEST_F(RekenprogrammaTest, AnEmptyFieldIsAnUnknownOne)
+{
+    AddRows(3, kPlas04, {1000});
+    {
+        jet::Workspace workspace;
+        const auto db = workspace.OpenDatabase(database);
+        const auto rows = db->OpenRecordset("Locatie");
+        while (rows->Get("Locatie_ID").AsInt() != kPlas04)
+            rows->MoveNext();
+        rows->Edit();
+        rows->Set("streefpeil", jet::Value());
+        rows->Update();
+    }
+    const ProgramRun run = Run();
+    EXPECT_EQ(run.exitCode, 5) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("zijn niet volledig: streefpeil onbekend."));
+}
+
+TEST_F(RekenprogrammaTest, AFullDiskLeavesTheRowsAlone)
+{
+    AddRows(3, kPlas04, {1000});
+    std::filesystem::create_symlink("/dev/full", folder / "uitvoer.txt");
+    const ProgramRun run = Run();
+    EXPECT_EQ(run.exitCode, 9) << run.output;
+    EXPECT_THAT(run.output, HasSubstr("uitvoer.txt' kan niet worden geschreven."));
+    EXPECT_EQ(Column("HBN_MS_MO").at(1000), -999);
+    EXPECT_FALSE(std::filesystem::exists(folder / "freqlijn.txt"));
+}
+
 TEST_F(RekenprogrammaTest, NamesMayHoldAccentsApostrophesAndBlanks)
 {
     {
