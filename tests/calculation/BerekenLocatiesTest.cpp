@@ -105,9 +105,12 @@ protected:
 
     void Bereken(BatchVerloop& verloop)
     {
-        BerekenLocaties(
-            {db, status, browser, boom, log, [this] { return std::make_unique<FakeJob>(*this); }},
-            batch, verloop);
+        BerekenLocaties({db, status, browser, boom, log,
+                         [this] {
+                             databaseOpen << db.IsOpen();
+                             return std::make_unique<FakeJob>(*this);
+                         }},
+                        batch, verloop);
     }
     BatchVerloop Bereken()
     {
@@ -128,6 +131,7 @@ protected:
     QList<QStringList> gestart;
     QList<std::pair<int, int>> voortgang;
     QList<bool> invoerAanwezig;
+    QList<bool> databaseOpen; ///< at the begin of each pair
     std::function<void()> bijToon;
 };
 
@@ -362,6 +366,23 @@ TEST_F(BerekenLocatiesTest, TheDatabaseIsClosedBeforeEachRunsInputAndReopensByIt
 {
     bijToon = [this] { EXPECT_TRUE(db.IsOpen()) << "the writer opened it; the run closes it"; };
     Bereken();
+    EXPECT_EQ(databaseOpen, (QList<bool>{false, false, false}));
+}
+
+TEST_F(BerekenLocatiesTest, OverviewAndMemoReachEveryInput)
+{
+    batch.overzicht = "overzicht.xls";
+    batch.memo = "eerste ontwerp";
+    int keer = 0;
+    bijToon = [&] {
+        QFile invoer(gestart[keer++][1] + "/invoer.txt");
+        EXPECT_TRUE(invoer.open(QIODevice::ReadOnly));
+        const QByteArray tekst = invoer.readAll();
+        EXPECT_TRUE(tekst.contains("OVERZICHTNM                  = 'overzicht.xls'\r\n"));
+        EXPECT_TRUE(tekst.contains("MEMO                         = 'eerste ontwerp'\r\n"));
+    };
+    Bereken();
+    EXPECT_EQ(keer, 3);
 }
 
 TEST_F(BerekenLocatiesTest, AnErrorOnTheWayTellsHowFarItCame)

@@ -8,7 +8,9 @@
 #include "frame/Paths.h"
 #include "frame/QLMFile.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace {
@@ -245,6 +247,74 @@ TEST_F(InvoerBestandTest, AnUnknownWaveGrowthHasNoLine)
                                                   .indexGolfgroeimodule = 3,
                                                   .memo = {}}));
     EXPECT_EQ(Sectie("faalmechanisme"), QStringList{"FAALMECHANISME = 'GOLFOPLOOP'"});
+}
+
+TEST_F(InvoerBestandTest, WhatIsWantedIsAllThatIsNotZero)
+{
+    Instellingen("[Frequenties]\nNORMFREQ=ja\nEXTRAFREQ=00\nNFREQ=1\nFREQ.1=100\n"
+                 "[Kruinhoogtes]\nKRUINHPROFIEL=2\nEXTRAKRUINH=ja\nNKRUIN=1\nKRUIN.1=2\n"
+                 "[Extra]\nWINDREDUCTIE=00\n");
+    ASSERT_TRUE(Schrijf());
+    EXPECT_EQ(Sectie("frequenties"), (QStringList{"NORMFREQUENTIE = JA", "FREQ = 0.01"}));
+    EXPECT_EQ(Sectie("kruinhoogtes"), (QStringList{"KRUINHOOGTEPROFIEL = JA", "KRUIN = 2"}));
+    EXPECT_EQ(Sectie("extra")[1], "WINDREDUCTIE = JA");
+}
+
+TEST_F(InvoerBestandTest, TheDescriptionNamesTheWaveGrowth)
+{
+    for (const auto& [index, omschrijving] : {std::pair("0", "GOLFOPLOOP(Bretschneider)"),
+                                              {"1", "GOLFOPLOOP(Young en Verhagen)"},
+                                              {"2", "GOLFOPLOOP(Breugem en Holthuijsen)"}}) {
+        berekening.berekening = QString("golf") + index;
+        Instellingen(QByteArray("[Golfgroeimodule]\nINDEXGOLFGROEIMODULE=") + index + "\n");
+        ASSERT_TRUE(Schrijf());
+        EXPECT_EQ(Lees("SELECT Faalmechanisme FROM Berekening WHERE Naam='" +
+                       berekening.berekening.toStdString() + "'"),
+                  (Rijen{{omschrijving}}));
+    }
+}
+
+TEST_F(InvoerBestandTest, TheOverviewIsNamedAsItWasGiven)
+{
+    berekening.overzicht = "D:\\mijn map\\overzicht.xls";
+    ASSERT_TRUE(Schrijf());
+    EXPECT_EQ(Sectie("algemeen")[5], "OVERZICHTNM = 'D:\\mijn map\\overzicht.xls'");
+}
+
+TEST_F(InvoerBestandTest, ADatabaseThatWasOpenedByARelativePathIsNamedInFull)
+{
+    const QString hier = QDir::currentPath();
+    db.CloseDB();
+    ASSERT_TRUE(QDir::setCurrent(QFileInfo(bestand).path()));
+    EXPECT_EQ(db.OpenDB(QFileInfo(bestand).fileName(), false, false), OpenResult::Accepted);
+    EXPECT_TRUE(Schrijf()) << boxes.reported.join('\n').toStdString();
+    db.CloseDB();
+    QDir::setCurrent(hier);
+    EXPECT_TRUE(Sectie("algemeen").contains("DBRVW = '" + bestand + "'"))
+        << Sectie("algemeen").join('\n').toStdString();
+}
+
+TEST_F(InvoerBestandTest, WithoutALocationThereIsNoId)
+{
+    berekening.locatie = " ";
+    Schrijf();
+    EXPECT_EQ(Sectie("variant"),
+              (QStringList{"VARIANT = 'DIJKVAK'", "LOCATIE = ''", "LOCATIE_ID = -999"}));
+}
+
+TEST_F(InvoerBestandTest, RowsMadeBeforeAFailureStay)
+{
+    db.CloseDB();
+    Voeruit(bestand, {"INSERT INTO Berekening (Id,Naam,ProfielId,Faalmechanisme,QOverslag) VALUES "
+                      "(212,'ontwerp',4,'GOLFOPLOOP(Bretschneider)',-999)",
+                      "INSERT INTO Resultaat (Berekening_ID,Locatie_ID,Herhalingstijd) VALUES "
+                      "(212,117,100)"});
+    Instellingen("[Frequenties]\nEXTRAFREQ=1\nNFREQ=3\nFREQ.1=50\nFREQ.2=100\nFREQ.3=200\n");
+    EXPECT_FALSE(Schrijf()) << "the row for 100 years is there";
+    EXPECT_EQ(boxes.reported.size(), 1);
+    EXPECT_EQ(Resultaten(),
+              (Rijen{{"212", "117", "50"}, {"212", "117", "100"}, {"212", "117", "1000"}}));
+    EXPECT_TRUE(Sectie("berekening").isEmpty());
 }
 
 TEST_F(InvoerBestandTest, ExtraPeriodsWithoutCountGiveNoLine)
@@ -549,6 +619,13 @@ TEST_F(InvoerBestandTest, TheRingFileIsShortAndRegistersNothing)
                              "WINDREDUCTIE                 = JA\n";
     EXPECT_EQ(Invoer(), QString(verwacht).replace("\n", "\r\n"));
     EXPECT_EQ(Lees("SELECT COUNT(*) FROM Berekening"), (Rijen{{"1"}}));
+}
+
+TEST_F(InvoerBestandTest, AMemoOfARingIsCutToo)
+{
+    ASSERT_TRUE(SchrijfDijkringInvoerBestand(
+        db, {.dijkring = "Ring Oost", .map = Pad("map"), .memo = QString(250, 'x')}));
+    EXPECT_EQ(Sectie("algemeen").last(), "MEMO = '" + QString(200, 'x') + "'");
 }
 
 TEST_F(InvoerBestandTest, ARingWithOverflowHasNoWaves)
