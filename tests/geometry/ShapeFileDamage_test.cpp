@@ -2,9 +2,13 @@
 #include "../navigation/FullDisk.h"
 #include "ShapeFileFixture.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <tuple>
 
 namespace {
 
@@ -20,6 +24,26 @@ QString FailureText(Body&& body)
         return fout.Description();
     }
     return {};
+}
+
+// The routine that `body` fails in; empty when it does not fail.
+template <typename Body>
+QString FailureSource(Body&& body)
+{
+    try {
+        body();
+    } catch (const Fout& fout) {
+        return fout.Source();
+    }
+    return {};
+}
+
+// Whether this process holds the file open, where the system tells.
+bool IsOpen(const QString& path)
+{
+    const QFileInfoList open = QDir("/proc/self/fd").entryInfoList(QDir::Files | QDir::System);
+    return std::any_of(open.begin(), open.end(),
+                       [&](const QFileInfo& one) { return one.symLinkTarget() == path; });
 }
 
 // A polygon of three squares whose parts start at point 0, `second` and `third`.
@@ -166,6 +190,83 @@ TEST_F(ShapeFileDamageTest, AFullDiskLeavesThePairAsItWas)
     EXPECT_EQ(Shp().size(), 156);
     EXPECT_EQ(Shx().size(), 116);
     EXPECT_EQ(file.Item(2)->Left(), 3);
+}
+
+TEST_F(ShapeFileDamageTest, AFullDiskIsToldByTheRoutineThatMetIt)
+{
+    if (!FullDisk::Works())
+        GTEST_SKIP();
+    using Type = CShapeFile::ShapeType;
+    CPoint null;
+    null.MakeNull(true);
+    const CPoint point(1, 2);
+    CMultiPoint points;
+    points.Add(std::make_shared<CPoint>(1, 2));
+    const auto part = std::make_shared<CPart>();
+    part->Add(std::make_shared<CPoint>(1, 2));
+    CPolyLine line;
+    line.Add(part);
+    CPolygon polygon;
+    polygon.Add(part);
+    const std::tuple<Type, const ShapeObject*, QString> cases[] = {
+        {Type::Point, &null, "CShapeFile::PutNull"},
+        {Type::Point, &point, "C_ShapeFile::PutPoints"},
+        {Type::Point, &points, "CShapeFile::PutMultiPoints"},
+        {Type::PolyLine, &line, "CShapeFile::PutPolyLine"},
+        {Type::Polygon, &polygon, "CShapeFile::PutPolygon"}};
+    for (const auto& [type, shape, source] : cases) {
+        CShapeFile file;
+        file.SetFileSpec(Name(), CShapeFile::CREATEIT, type);
+        const FullDisk full(104);
+        EXPECT_EQ(FailureSource([&] { file.Add(*shape); }), source);
+    }
+    const FullDisk full(50);
+    CShapeFile file;
+    EXPECT_EQ(FailureSource([&] { file.SetFileSpec(Name(), CShapeFile::CREATEIT, Type::Point); }),
+              "CShapeFile::PutMainHeaders");
+}
+
+TEST_F(ShapeFileDamageTest, AnIndexRecordThatIsCutOffIsNotThere)
+{
+    auto pair = MakeShapeFile(5, {ThreeSquares(5, 10), ThreeSquares(5, 10)});
+    pair.shx.chop(1);
+    WritePair(Stem(), pair);
+    CShapeFile file;
+    file.SetFileSpec(Name(), CShapeFile::OPENIT);
+    EXPECT_NO_THROW((void)file.Item(1));
+    EXPECT_EQ(FailureText([&] { (void)file.Item(2); }),
+              "The offset read from index file is larger then the mainfile size");
+}
+
+TEST_F(ShapeFileDamageTest, HalvesInTheNumberOfRecordsGoToTheEvenNumber)
+{
+    for (const auto& [words, count] : {std::pair(56u, 2), {60u, 2}, {64u, 4}, {61u, 3}}) {
+        auto pair = MakeShapeFile(5, {});
+        QByteArray length;
+        AppendBig(length, words);
+        pair.shx.replace(24, 4, length);
+        WritePair(Stem(), pair);
+        CShapeFile file;
+        file.SetFileSpec(Name(), CShapeFile::OPENIT);
+        EXPECT_EQ(file.Count(), count) << words;
+    }
+}
+
+TEST_F(ShapeFileDamageTest, AFileWithoutItsCodeIsClosedBeforeTheFailure)
+{
+    if (!QFile::exists("/proc/self/fd"))
+        GTEST_SKIP() << "the system does not tell which files are open";
+    for (const QString extension : {".shx", ".shp"}) {
+        auto pair = MakeShapeFile(5, {});
+        (extension == ".shx" ? pair.shx : pair.shp)[0] = 1;
+        WritePair(Stem(), pair);
+        CShapeFile file;
+        EXPECT_THROW(file.SetFileSpec(Name(), CShapeFile::OPENIT), Fout);
+        EXPECT_FALSE(IsOpen(Stem() + extension)) << extension.toStdString();
+    }
+    CShapeFile file;
+    file.SetFileSpec(Name(), CShapeFile::CREATEIT, CShapeFile::Point);
+    EXPECT_TRUE(IsOpen(Stem() + ".shp")) << "the test sees open files";
 }
 
 TEST_F(ShapeFileDamageTest, PathsMayHoldBlanksAndOtherLetters)

@@ -122,7 +122,9 @@ TEST(LigtBinnenBoxTest, HoldsBothEndsAndAHairMore)
     EXPECT_FALSE(LigtBinnenBox(line, {10 + 2e-11, 0})); // 2E-10 is not
     EXPECT_TRUE(LigtBinnenBox(line, {5, 9e-6}));
     EXPECT_FALSE(LigtBinnenBox(line, {5, 1.1e-5}));
-    EXPECT_FALSE(LigtBinnenBox({{0, 0}, {0, 0}}, {1e-5, 0})); // exactly the tolerance: not within
+    EXPECT_FALSE(LigtBinnenBox({{0, 0}, {0, 0}}, {1e-5, 0}));
+    // 1 x -1E-10 is exactly the tolerance: not within.
+    EXPECT_FALSE(LigtBinnenBox({{0, 0}, {1e-10 - 1, 0}}, {1e-10, 0}));
 }
 
 TEST(PuntInRingTest, CountsCrossings)
@@ -133,6 +135,20 @@ TEST(PuntInRingTest, CountsCrossings)
     EXPECT_FALSE(PuntInRing(ring, {900, 900}));
     EXPECT_FALSE(PuntInRing(ring, {-1, 100}));
     EXPECT_FALSE(PuntInRing(ring, {100, 1001}));
+}
+
+TEST(PuntInRingTest, HoldsItsRightAndUpperBorderOnly)
+{
+    const TestRing square = Rectangle(0, 0, 10, 10);
+    for (const TestRing& points : {square, TestRing(square.rbegin(), square.rend())}) {
+        const geometry::RingIndex ring(points);
+        EXPECT_FALSE(PuntInRing(ring, {0, 5})) << "left";
+        EXPECT_TRUE(PuntInRing(ring, {10, 5})) << "right";
+        EXPECT_FALSE(PuntInRing(ring, {5, 0})) << "lower";
+        EXPECT_TRUE(PuntInRing(ring, {5, 10})) << "upper";
+        EXPECT_FALSE(PuntInRing(ring, {15, 0})) << "beside the lower border";
+        EXPECT_FALSE(PuntInRing(ring, {15, 10})) << "beside the upper border";
+    }
 }
 
 TEST(PuntInRingTest, AnOpenRingIsClosed)
@@ -314,6 +330,8 @@ TEST_F(StrijklengteTest, TooCloseToTheShoreIsReportedAsInNone)
     Load({{kBasin}});
     EXPECT_EQ(FetchStatusAt(0.005, 200), FetchStatus::PointInNoPoly);
     EXPECT_EQ(m_strijklengte.CalcDijknormaal(0.005, 200).status, FetchStatus::PointInNoPoly);
+    EXPECT_EQ(FetchStatusAt(0.0099, 200), FetchStatus::PointInNoPoly);
+    EXPECT_EQ(FetchStatusAt(0.01, 200), FetchStatus::NoError) << "not less than 0.01";
     EXPECT_EQ(FetchStatusAt(0.0101, 200), FetchStatus::NoError);
 }
 

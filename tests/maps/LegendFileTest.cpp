@@ -187,6 +187,24 @@ TEST_F(LegendFileTest, APaletteWithoutHashBehindTheVersionIsABoundary)
     EXPECT_EQ(waarden.getKlasseOnderGrens(1), 0);
 }
 
+TEST_F(LegendFileTest, AHashAnywhereMakesAHeaderLine)
+{
+    ASSERT_TRUE(Lees("# Versie: 1.0\r\n1\r\n7 # Kleurenpalet: hot\r\n2\r\n"));
+    EXPECT_EQ(waarden.AantalKlassen(), 1);
+    EXPECT_EQ(waarden.getKlasseBovenGrens(1), 2);
+    EXPECT_EQ(palet, "hot");
+}
+
+TEST_F(LegendFileTest, ThePaletteIsDefaultUntilTheFileNamesOne)
+{
+    palet = "cool";
+    EXPECT_FALSE(waarden.OpenFile(Pad("bestaat niet.zlb"), palet));
+    EXPECT_EQ(palet, "default");
+    palet = "cool";
+    EXPECT_TRUE(Lees("# Versie: 1.0\r\n1\r\n"));
+    EXPECT_EQ(palet, "default");
+}
+
 TEST_F(LegendFileTest, OneBoundaryIsTrueAndGivesNoClasses)
 {
     waarden.MaakFixedKlassegrenzen(0, 1, 2);

@@ -152,6 +152,34 @@ TEST(KlassegrenzenTest, EqualValuesAreNoFailure)
     waarden.MaakKlassegrenzen(0.5, 0.5);
     EXPECT_GT(waarden.AantalKlassen(), 0);
     EXPECT_TRUE(waarden.GetSymbol(0.5).has_value());
+    waarden.MaakKlassegrenzen(0, 0); // a width of 1E-10 on either side
+    ASSERT_GT(waarden.AantalKlassen(), 0);
+    EXPECT_LT(waarden.getKlasseBovenGrens(waarden.AantalKlassen()), 3e-10);
+}
+
+TEST(KlassegrenzenTest, TheStepIsRoundedDownToATenth)
+{
+    MapValues waarden;
+    for (int tiende = 1; tiende <= 9; ++tiende) {
+        waarden.MaakKlassegrenzen(0, 0.5 * tiende + 0.25); // a fifth of it: half a tenth too much
+        EXPECT_NEAR(waarden.getKlasseOnderGrens(2), tiende / 10.0, 1e-12);
+    }
+}
+
+TEST(KlassegrenzenTest, TheHighestBoundaryLeavesOutAThousandthOfAStep)
+{
+    MapValues waarden;
+    waarden.MaakKlassegrenzen(0, 5.05); // step 1
+    ExpectGrenzen(waarden, {0, 1, 2, 3, 4, 5, 6, 7});
+    waarden.MaakKlassegrenzen(0, 5.0005);
+    ExpectGrenzen(waarden, {0, 1, 2, 3, 4, 5, 6});
+}
+
+TEST(KlassegrenzenTest, ARangeJustBelowAWholeNumberOfStepsLosesNoClass)
+{
+    MapValues waarden;
+    waarden.MaakKlassegrenzen(-4, -3.4); // (hi - lo) / step is 6 less a few bits
+    ExpectGrenzen(waarden, {-4, -3.9, -3.8, -3.7, -3.6, -3.5, -3.4, -3.3});
 }
 
 TEST(KlassegrenzenTest, EqualValuesSoLargeThatTheStepVanishesHaveNoClasses)
@@ -240,4 +268,47 @@ TEST(DrawLegendTest, DrawsEachClassInItsColourAtItsPlace)
     EXPECT_TRUE(heeftInkt({0, 0, 60, 12})) << "the title";
     EXPECT_TRUE(heeftInkt({50, 67, 100, 14})) << "the boundaries of class 1";
     EXPECT_FALSE(heeftInkt({0, 117, 200, 40})) << "no subtitle, nothing drawn";
+}
+
+TEST(DrawLegendTest, EveryTextStandsAtItsPlace)
+{
+    MapValues waarden;
+    waarden.Titel = "HBN";
+    waarden.SubTitel1 = "Boezem";
+    waarden.SubTitel2 = "100 jaar";
+    waarden.SubTitel3 = "overloop";
+    waarden.Eenheid = "m+NAP";
+    int m = 2;
+    waarden.Colormap().NumberOfValues(m, "gray");
+    waarden.AddKlassegrens(0, 1, 0);
+    waarden.AddKlassegrens(1, 2, 0);
+    const auto beeld = [](auto&& teken) {
+        QImage vlak(260, 240, QImage::Format_RGB32);
+        vlak.fill(Qt::white);
+        QPainter painter(&vlak);
+        teken(painter);
+        return vlak;
+    };
+    const QImage verwacht = beeld([](QPainter& painter) {
+        QFont letter("Courier New", 9);
+        letter.setStyleHint(QFont::TypeWriter);
+        letter.setBold(true);
+        painter.setFont(letter);
+        const int hoog = painter.fontMetrics().ascent();
+        painter.drawText(0, hoog, "HBN");
+        const int tweede = painter.fontMetrics().height();
+        letter.setBold(false);
+        painter.setFont(letter);
+        const int laag = painter.fontMetrics().ascent();
+        painter.drawText(0, tweede + laag, "Boezem");
+        painter.setBrush(QColor(128, 128, 128));
+        painter.drawEllipse(QPoint(30, 100), 4, 4);
+        painter.drawText(50, 92 + laag, "  1.00 -   2.00 m+NAP");
+        painter.setBrush(QColor(0, 0, 0));
+        painter.drawEllipse(QPoint(30, 75), 4, 4);
+        painter.drawText(50, 67 + laag, "  0.00 -   1.00 m+NAP");
+        painter.drawText(0, 117 + laag, "100 jaar");
+        painter.drawText(0, 167 + laag, "overloop");
+    });
+    EXPECT_EQ(beeld([&](QPainter& painter) { waarden.DrawLegend(painter); }), verwacht);
 }
