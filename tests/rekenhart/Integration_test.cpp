@@ -241,6 +241,30 @@ TEST(Integration, TheWindIncreaseComesBeforeTheTables)
     EXPECT_DOUBLE_EQ(more.load, same.load);
 }
 
+// The table may hold a lowering; then the overflow level lies below the basin
+// level, and its share is negative.
+TEST(Integration, ASetUpBelowZeroIsNotRaised)
+{
+    Exposed at;
+    for (SectorGegevens& sector : at.locatie.sectoren)
+        sector.scheefstand = {{0, -0.1}, {50, -0.1}};
+    LocatieBerekening calculation(at.locatie, nullptr, {}, Wind(), true);
+    const ResultaatRij row = calculation.Calculate(100).rij;
+    EXPECT_NEAR(row.overloopZo, row.boezempeil - 0.1, 1e-4);
+}
+
+// The waves that the wind raised have a period, but none reach the dike.
+TEST(Integration, ADryToeHasNoWaveAndNoPeriod)
+{
+    Exposed high;
+    for (ProfielPunt& punt : high.profiel.punten)
+        punt.y += 5;
+    LocatieBerekening calculation(high.locatie, &high.profiel, Overtopping(), Wind(), false);
+    const PeriodResult result = calculation.Calculate(100);
+    EXPECT_EQ(result.rij.golfhoogte, 0);
+    EXPECT_EQ(result.rij.piekperiode, 0);
+}
+
 TEST(Integration, OnlyAWallWithANoseNeedsLessFreeboard)
 {
     const Locatie locatie = ExampleData::Get().Locatie("Kleine-3");

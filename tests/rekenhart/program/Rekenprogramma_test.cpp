@@ -255,13 +255,12 @@ TEST_F(RekenprogrammaTest, ADatabaseWithoutRingsHasNoMembers)
 TEST_F(RekenprogrammaTest, AReadOnlyDatabaseIsReadAndThenTold)
 {
     AddRows(3, kPlas04, {1000});
-    using std::filesystem::perms;
-    std::filesystem::permissions(database,
-                                 perms::owner_write | perms::group_write | perms::others_write,
-                                 std::filesystem::perm_options::remove);
+    const auto writable = std::filesystem::status(database).permissions();
+    std::filesystem::permissions(database, std::filesystem::perms::owner_read);
     if (std::ofstream(database, std::ios::app))
         GTEST_SKIP() << "this user may write everything";
     const ProgramRun run = Run();
+    std::filesystem::permissions(database, writable);
     EXPECT_EQ(run.exitCode, 4) << run.output;
     EXPECT_THAT(run.output, HasSubstr("Controleer de rechten"));
     EXPECT_EQ(Column("HBN_MS_MO").at(1000), -999);
