@@ -131,6 +131,14 @@ TEST(KnippenTest, APointAtExactlyTenThousandIsKept)
     EXPECT_EQ(deel[1].niveau, 2);
 }
 
+TEST(KnippenTest, ExactlyTenThousandNeedsNoPredecessorAndGetsNoSecondPoint)
+{
+    EXPECT_EQ(KnipFrequentielijn({{1, 10000}}).size(), 1U);
+    const auto deel = KnipFrequentielijn({{1, 1000}, {2, 10000}, {3, 20000}});
+    ASSERT_EQ(deel.size(), 2U);
+    EXPECT_EQ(deel[1].niveau, 2);
+}
+
 TEST(KnippenTest, FromBelowTenToBeyondTenThousandBothPointsAreAdded)
 {
     const auto deel = KnipFrequentielijn({{0, 1}, {5, 100000}});
@@ -185,6 +193,20 @@ TEST(RondeAsTest, AZeroRangeIsNoFailure)
     EXPECT_GE(as.hoog, 0.5 - 1e-9);
     const auto groot = RondeAs(1e12, 1e12, 5, 1, 1);
     EXPECT_TRUE(std::isfinite(groot.laag));
+}
+
+TEST(RondeAsTest, AZeroRangeIsTakenAsATenMilliardthOnEitherSide)
+{
+    const auto as = RondeAs(0, 0, 5, 1, 1); // 4E-11 a step, rounded to 2E-11
+    EXPECT_NEAR(as.stap, 2e-11, 1e-16);
+    EXPECT_NEAR(as.laag, -1e-10, 3e-11);
+    EXPECT_NEAR(as.hoog, 1e-10, 3e-11);
+}
+
+TEST(RondeAsTest, TheUpperBoundLeavesOutAThousandthOfAStep)
+{
+    EXPECT_NEAR(RondeAs(0, 3.0003, 5, 1, 1).hoog, 3, 1e-12); // step 0.5
+    EXPECT_NEAR(RondeAs(0, 3.001, 5, 1, 1).hoog, 3.5, 1e-12);
 }
 
 TEST(RondeAsTest, ALowerValueAboveTheUpperOneRunsDownwards)
