@@ -225,6 +225,37 @@ TEST(InputFileTest, InvalidValuesAreNamed)
                   "Sleutel TOENAMEWIND heeft een ongeldige waarde: '101'.");
 }
 
+TEST(InputFileTest, SurchargesAreReadWithinTheirLimits)
+{
+    const Instellingen s = Read(With("TOESLAGWS", "TOESLAGWS = -10") +
+                                "TOESLAGHBN = 10\r\nTOESLAGHBNMEMO = 'ruim'\r\n"
+                                "TOENAMEWIND = -50\r\nUITENILL = JA\r\nWINDREDUCTIE = NEE\r\n");
+    EXPECT_EQ(s.belasting.toeslagWs, -10);
+    EXPECT_EQ(s.belasting.toeslagHbn, 10);
+    EXPECT_EQ(s.memoToeslagHbn, "ruim");
+    EXPECT_EQ(s.belasting.toenameWind, -50);
+    EXPECT_TRUE(s.uitEnIll);
+    EXPECT_FALSE(s.belasting.windreductie);
+    for (const char* line : {"TOESLAGWS = -10.1", "TOESLAGHBN = 10.1", "TOESLAGHBN = -10.1",
+                             "TOENAMEWIND = -50.1", "TOENAMEWIND = 100.1"})
+        EXPECT_THROW(Read(kDijkvak + line + "\r\n"), Fout) << line;
+}
+
+TEST(InputFileTest, AbsentFlagsHaveTheirDefaults)
+{
+    std::string text = kDijkvak;
+    for (const char* key : {"NORMFREQUENTIE", "KRUINHOOGTEPROFIEL", "UITENILL", "WINDREDUCTIE",
+                            "UITSPLITSENNAARAANDELEN"}) {
+        const auto at = text.find("\n" + std::string(key) + " ") + 1;
+        text.erase(at, text.find('\n', at) + 1 - at);
+    }
+    const Instellingen s = Read(text);
+    EXPECT_TRUE(s.normfrequentie);
+    for (const bool flag :
+         {s.kruinhoogteProfiel, s.uitEnIll, s.belasting.windreductie, s.uitsplitsen})
+        EXPECT_FALSE(flag);
+}
+
 TEST(InputFileTest, TheEndsOfTheRangeOfReturnPeriodsAreIn)
 {
     const Instellingen s = Read(kDijkvak + "FREQ = 2\r\nFREQ = 0.00005\r\n");

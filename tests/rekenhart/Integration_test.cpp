@@ -1,6 +1,7 @@
 // What must hold for every outcome, and how exact the integration is.
 
 #include "rekenhart/ExampleData.h"
+#include "rekenhart/calculation/DeterministischeBerekening.h"
 #include "rekenhart/calculation/DijkringBerekening.h"
 #include "rekenhart/calculation/LocatieBerekening.h"
 
@@ -417,6 +418,46 @@ TEST(Integration, ARingReadsOnTheScaleOfItsWeakestMember)
     for (const FreqlijnPunt& punt : result.lijn)
         EXPECT_EQ(punt.niveau<crest, 1 / punt.herhalingstijd> result.frequency)
             << punt.herhalingstijd;
+}
+
+TEST(Integration, ASurchargeOnTheWaterRaisesTheWholeRing)
+{
+    std::vector<RingLid> leden{{ExampleData::Get().Locatie("Vaart-2"), false, {}, {}}};
+    const RingResultaat low = DijkringBerekening(leden, Wind()).Result();
+    leden[0].instellingen.toeslagWs = 0.2;
+    const RingResultaat high = DijkringBerekening(leden, Wind()).Result();
+    EXPECT_NEAR(high.leden[0].hbn[2], low.leden[0].hbn[2] + 0.2, 0.005);
+}
+
+TEST(Integration, OfTwoEquallyWeakMembersTheFirstIsTheWeakest)
+{
+    const RingLid lid{ExampleData::Get().Locatie("Vaart-2"), false, {}, {}};
+    EXPECT_EQ(DijkringBerekening({lid, lid}, Wind()).Result().zwakste, 0u);
+}
+
+// The four combinations of average and extreme, with the surcharge on the level.
+TEST(Integration, ADeterministicCaseTakesLevelAndWindAsAsked)
+{
+    const Exposed at;
+    Instellingen settings;
+    settings.belasting = Overtopping();
+    settings.belasting.toeslagWs = 0.1;
+    settings.boezempeil = 0.3;
+    settings.windsnelheid = 21;
+    const LoadModel model(at.locatie, &at.profiel, settings.belasting, Wind().transformation);
+    const BasinLevel levels(at.locatie.streefpeil, at.locatie.peilen, settings.belasting.toeslagWs);
+    const double target = -0.6 + 0.1, extreme = 0.15 + 0.1; // 1000 years
+    const auto expect = [&](Situatie situatie, double level, double wind) {
+        settings.situatie = situatie;
+        const DetermRichting west =
+            CalculateDeterministic(model, levels, Wind(), settings, 1000).richtingen[12];
+        EXPECT_NEAR(west.basinLevel, level, 1e-9) << Keyword(situatie);
+        EXPECT_NEAR(west.wind, wind, 1e-9) << Keyword(situatie);
+    };
+    expect(Situatie::Handmatig, 0.4, 21);
+    expect(Situatie::BgemUextr, target, Wind().WindAtPeriod(12, 1000));
+    expect(Situatie::BextrUgem, extreme, Wind().MeanWind(12));
+    expect(Situatie::BextrUextr, extreme, Wind().WindAtPeriod(12, 1000));
 }
 
 // The budget of the method. Processor time, so that a busy machine does not matter.

@@ -194,6 +194,30 @@ TEST_F(RekenrunTest, TheReportTellsAllThatAnEngineerChecks)
     EXPECT_EQ(report.find("\r\n"), report.find('\n') - 1);
 }
 
+// The profile's crest is its last point; a wall or overflow has that of the location.
+TEST_F(RekenrunTest, TheCrestOfTheProfileComesBeforeTheExtraOnes)
+{
+    database.AddRow(kBerekening, 4, 1000);
+    const auto crests = [&](const std::string& keys) {
+        EXPECT_EQ(Run("KRUINHOOGTEPROFIEL = JA\r\nKRUIN = 0.75\r\n" + keys), ExitCode::Ok);
+        const std::string report = File("uitvoer.txt");
+        const auto begin = report.find("\r\nKruinhoogten\r\n");
+        std::istringstream lines(report.substr(begin, report.find("\r\nFrequentielijn") - begin));
+        std::vector<std::string> found;
+        for (std::string line; std::getline(lines, line);)
+            if (!line.empty() && (std::isdigit(line[0]) || line[0] == '-') && line[1] != '-')
+                found.push_back(line.substr(0, 5));
+        return found;
+    };
+    database.At("Plas-04").kruinhoogte = 1.25;
+    EXPECT_EQ(crests(""), (std::vector<std::string>{"1.000", "0.750"}));
+    EXPECT_EQ(crests("PROFIEL = 'Damwand neus'\r\n"), (std::vector<std::string>{"1.250", "0.750"}));
+    EXPECT_EQ(crests("FAALMECHANISME = 'OVERLOOP'\r\n"),
+              (std::vector<std::string>{"1.250", "0.750"}));
+    database.At("Plas-04").kruinhoogte = kNietBekend;
+    EXPECT_EQ(crests("FAALMECHANISME = 'OVERLOOP'\r\n"), (std::vector<std::string>{"0.750"}));
+}
+
 TEST_F(RekenrunTest, IllustrationPointsComeWhenAskedFor)
 {
     database.AddRow(kBerekening, 4, 1000);
@@ -229,6 +253,14 @@ TEST_F(RekenrunTest, ANormPeriodThatIsAlsoAskedForIsOneRow)
     const auto end = report.find("\r\nAandelen");
     const std::string table = report.substr(results, end - results);
     EXPECT_EQ(table.find("\r\n1000 "), table.rfind("\r\n1000 "));
+}
+
+TEST_F(RekenrunTest, ARowOfANearbyPeriodIsAnotherRow)
+{
+    database.AddRow(kBerekening, 4, 1000);
+    database.AddRow(kBerekening, 4, 1000.5);
+    EXPECT_EQ(Run(), ExitCode::Ok);
+    EXPECT_EQ(Row(1000.5).hbn, kNietBekend);
 }
 
 TEST_F(RekenrunTest, APeriodWithoutARowIsAWarning)
