@@ -194,6 +194,23 @@ TEST_F(RekenrunTest, TheReportTellsAllThatAnEngineerChecks)
     EXPECT_EQ(report.find("\r\n"), report.find('\n') - 1);
 }
 
+// 0.150 + 0.600, 0.1544 - 0.150, 0.1689 - 0.1544 and 1.1617 - 0.1689 m.
+TEST_F(RekenrunTest, TheReportTellsTheFourShares)
+{
+    database.AddRow(kBerekening, 4, 1000);
+    EXPECT_EQ(Run(), ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"), testing::ContainsRegex("\n1000 +0.750 +0.004 +0.014 +0.993"));
+}
+
+// The grid ends at 1e-7 per year; what it gives beyond is no figure to print.
+TEST_F(RekenrunTest, ACrestBeyondTheGridHasNoReturnPeriod)
+{
+    database.AddRow(kBerekening, 4, 1000);
+    EXPECT_EQ(Run("KRUIN = 2.3\r\n"), ExitCode::Ok);
+    EXPECT_THAT(File("uitvoer.txt"),
+                testing::ContainsRegex("\n2.300 +[1-9][0-9.]*e-[0-9]+ +meer dan 10 miljoen jaar"));
+}
+
 // The profile's crest is its last point; a wall or overflow has that of the location.
 TEST_F(RekenrunTest, TheCrestOfTheProfileComesBeforeTheExtraOnes)
 {
