@@ -1,6 +1,6 @@
 #include "database/FolderChanges.h"
 
-#include "../navigation/Unprivileged.h"
+#include "Unprivileged.h"
 #include "WerkmapFixture.h"
 #include "database/HRdb.h"
 #include "frame/Paths.h"

@@ -1,6 +1,6 @@
 #include "DatabaseFixture.h"
 
-#include "../navigation/Unprivileged.h"
+#include "Unprivileged.h"
 #include "frame/Globals.h"
 #include "frame/QLMIniFile.h"
 #include "profiles/HRProfiel.h"

@@ -1,7 +1,7 @@
 #include "DatabaseFixture.h"
 
-#include "../navigation/FullDisk.h"
-#include "../navigation/Unprivileged.h"
+#include "FullDisk.h"
+#include "Unprivileged.h"
 #include "profiles/HRProfiel.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "frame/QLMIniFile.h"
 
-#include "../navigation/Unprivileged.h"
+#include "Unprivileged.h"
 #include "FrameTestTools.h"
 
 #include <QDir>

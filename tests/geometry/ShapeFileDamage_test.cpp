@@ -1,5 +1,5 @@
 // Pairs that are damaged, and disks that are full.
-#include "../navigation/FullDisk.h"
+#include "FullDisk.h"
 #include "ShapeFileFixture.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 #include "geometry/CShapeFile.h"
 #include "geometry/modCreateShape.h"
 
-#include "../navigation/FullDisk.h"
+#include "FullDisk.h"
 #include "ShapeBytes.h"
 #include "TemporaryFolder.h"
 

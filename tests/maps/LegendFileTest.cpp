@@ -1,6 +1,6 @@
 #include "maps/MapValues.h"
 
-#include "../navigation/FullDisk.h"
+#include "FullDisk.h"
 #include "FakePorts.h"
 #include "TemporaryFolder.h"
 

@@ -4,7 +4,7 @@
 #include "MaakDatabase.h"
 #include "frame/Globals.h"
 #include "frame/QLMIniFile.h"
-#include "navigation/Unprivileged.h"
+#include "Unprivileged.h"
 
 namespace {
 
